@@ -1,0 +1,6 @@
+# The application's package in the build tree, laid out as after installation.
+set(OSTRELLA_STAGE "${CMAKE_BINARY_DIR}/stage" CACHE INTERNAL "")
+set(OSTRELLA_STAGE_BIN "${OSTRELLA_STAGE}/bin" CACHE INTERNAL "")
+set(OSTRELLA_STAGE_TOOLS "${OSTRELLA_STAGE}/libexec/ostrella" CACHE INTERNAL "")
+set(OSTRELLA_STAGE_SHARE "${OSTRELLA_STAGE}/share/ostrella" CACHE INTERNAL "")
+file(MAKE_DIRECTORY "${OSTRELLA_STAGE_BIN}" "${OSTRELLA_STAGE_TOOLS}" "${OSTRELLA_STAGE_SHARE}")

@@ -1,0 +1,41 @@
+# How libraries, tests and benchmarks are declared, so that each folder's list stays one line a target.
+
+# ostrella_library(NAME [QT] SOURCES ... LINK ...)
+# A static library of one folder. Includes are written from src/: "Models/TriangleMesh.h".
+function(ostrella_library name)
+    cmake_parse_arguments(arg "QT" "" "SOURCES;LINK" ${ARGN})
+    add_library(${name} STATIC ${arg_SOURCES})
+    target_include_directories(${name} PUBLIC "${PROJECT_SOURCE_DIR}/src")
+    target_link_libraries(${name} PUBLIC ${arg_LINK})
+    # One multiply and one add stay two operations, on every compiler and processor.
+    target_compile_options(${name} PRIVATE -ffp-contract=off)
+    if(arg_QT)
+        set_target_properties(${name} PROPERTIES AUTOMOC ON)
+        target_compile_definitions(${name} PUBLIC QT_NO_KEYWORDS QT_NO_CAST_FROM_ASCII)
+    endif()
+endfunction()
+
+# ostrella_test(NAME LABEL unit [TIMEOUT seconds] [SOURCES ...] LINK ...)
+# A GoogleTest program of all *Test.cpp of the calling folder, so that no test file can be forgotten.
+# Extra SOURCES are helpers. The program runs with a Qt core application on its main thread.
+function(ostrella_test name)
+    cmake_parse_arguments(arg "" "LABEL;TIMEOUT" "SOURCES;LINK;DEPENDS" ${ARGN})
+    if(NOT arg_TIMEOUT)
+        set(arg_TIMEOUT 120)
+    endif()
+    file(GLOB tests CONFIGURE_DEPENDS "${CMAKE_CURRENT_SOURCE_DIR}/*Test.cpp")
+    add_executable(${name} ${tests} ${arg_SOURCES})
+    set_target_properties(${name} PROPERTIES AUTOMOC ON)
+    target_include_directories(${name} PRIVATE "${PROJECT_SOURCE_DIR}/src" "${PROJECT_SOURCE_DIR}/tests")
+    target_compile_options(${name} PRIVATE -ffp-contract=off)
+    target_compile_definitions(${name} PRIVATE
+        OSTRELLA_TEST_DATA="${PROJECT_SOURCE_DIR}/tests/data"
+        OSTRELLA_SOURCE_DIR="${PROJECT_SOURCE_DIR}"
+        OSTRELLA_STAGE_DIR="${OSTRELLA_STAGE}")
+    target_link_libraries(${name} PRIVATE ${arg_LINK} ostrella-test-support)
+    if(arg_DEPENDS)
+        add_dependencies(${name} ${arg_DEPENDS})
+    endif()
+    gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST
+        PROPERTIES LABELS "${arg_LABEL}" TIMEOUT ${arg_TIMEOUT})
+endfunction()

@@ -1,0 +1,38 @@
+#include "Models/IterationRate.h"
+
+#include <algorithm>
+
+namespace ostrella {
+
+void IterationRate::record(std::optional<int> iteration, Date at) {
+    if (!iteration) {
+        *this = IterationRate();
+        return;
+    }
+    if (!anchorDate || *iteration < latestIteration) {
+        *this = IterationRate{at, *iteration, at, *iteration};
+        return;
+    }
+    if (*iteration > latestIteration) {
+        latestDate = at;
+        latestIteration = *iteration;
+    }
+}
+
+std::optional<double> IterationRate::secondsPerIteration() const {
+    if (!anchorDate || !latestDate || latestIteration <= anchorIteration) {
+        return std::nullopt;
+    }
+    return secondsBetween(*anchorDate, *latestDate) / (latestIteration - anchorIteration);
+}
+
+std::optional<double> IterationRate::remainingSeconds(int maxIterations, Date now) const {
+    const auto rate = secondsPerIteration();
+    if (!rate || !latestDate) {
+        return std::nullopt;
+    }
+    const int toGo = std::max(maxIterations - latestIteration, 0);
+    return std::max(*rate * toGo - secondsBetween(*latestDate, now), 0.0);
+}
+
+} // namespace ostrella

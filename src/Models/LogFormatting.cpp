@@ -1,0 +1,36 @@
+#include "Models/LogFormatting.h"
+
+#include <fmt/format.h>
+
+#include <ctime>
+
+namespace ostrella::LogFormatting {
+
+std::string_view tag(LogStore::Level level) {
+    switch (level) {
+    case LogStore::Level::info:
+        return "[INFO]";
+    case LogStore::Level::ok:
+        return "[OK]";
+    case LogStore::Level::warn:
+        return "[WARN]";
+    case LogStore::Level::error:
+        return "[ERR]";
+    case LogStore::Level::su2:
+        return "[SU2]";
+    }
+    return {};
+}
+
+std::string time(Date date) {
+    const std::time_t seconds = std::chrono::system_clock::to_time_t(date);
+    std::tm local{};
+    localtime_r(&seconds, &local);
+    return fmt::format("{:02}:{:02}:{:02}", local.tm_hour, local.tm_min, local.tm_sec);
+}
+
+std::string line(const LogStore::Line& line) {
+    return fmt::format("{} {} {}", time(line.date), tag(line.level), line.text);
+}
+
+} // namespace ostrella::LogFormatting

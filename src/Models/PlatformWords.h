@@ -1,0 +1,30 @@
+#pragma once
+
+#include <string_view>
+
+namespace ostrella {
+
+/// The few words in the application's texts that name the system it runs on. The text functions take
+/// them as a parameter, so that every form is built and tested on every system.
+struct PlatformWords {
+    /// "macOS" or "Linux".
+    std::string_view systemName;
+    /// "Metal device" or "graphics device", as in "no … ".
+    std::string_view noGraphicsDevice;
+    /// Where the tools lie, as told to the user.
+    std::string_view toolsPlace;
+    /// "⌘O" or "Ctrl+O", and the like.
+    std::string_view openShortcut;
+    std::string_view runShortcut;
+    std::string_view settingsShortcut;
+    std::string_view originalSizeShortcut;
+    /// Said after "x86_64" of a solver on a machine that translates it.
+    std::string_view translatedArchitecture;
+    /// Folder of the licence texts, as told to the user.
+    std::string_view licensesFolder;
+
+    static const PlatformWords& mac();
+    static const PlatformWords& freedesktop();
+};
+
+} // namespace ostrella

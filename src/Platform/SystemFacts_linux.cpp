@@ -1,0 +1,61 @@
+#include "Platform/AppBundle.h"
+#include "Platform/SystemFacts.h"
+
+#include <dlfcn.h>
+#include <sys/utsname.h>
+
+#include <cstdio>
+#include <memory>
+
+namespace ostrella::SystemFacts {
+
+namespace {
+
+struct LibraryCloser {
+    void operator()(void* library) const { dlclose(library); }
+};
+
+/// Whether OpenGL can be had: EGL, the door that needs no window system, opens on its default display
+/// or on the one that draws into memory.
+bool hasOpenGL() {
+    const std::unique_ptr<void, LibraryCloser> egl(dlopen("libEGL.so.1", RTLD_LAZY | RTLD_LOCAL));
+    if (!egl) {
+        return false;
+    }
+    using GetPlatformDisplay = void* (*)(unsigned, void*, const std::intptr_t*);
+    using Initialize = unsigned (*)(void*, int*, int*);
+    using Terminate = unsigned (*)(void*);
+    const auto getPlatformDisplay =
+        reinterpret_cast<GetPlatformDisplay>(dlsym(egl.get(), "eglGetPlatformDisplay"));
+    const auto initialize = reinterpret_cast<Initialize>(dlsym(egl.get(), "eglInitialize"));
+    const auto terminate = reinterpret_cast<Terminate>(dlsym(egl.get(), "eglTerminate"));
+    if (!getPlatformDisplay || !initialize || !terminate) {
+        return false;
+    }
+    constexpr unsigned surfacelessPlatform = 0x31DD; // EGL_PLATFORM_SURFACELESS_MESA
+    void* const display = getPlatformDisplay(surfacelessPlatform, nullptr, nullptr);
+    if (!display || !initialize(display, nullptr, nullptr)) {
+        return false;
+    }
+    terminate(display);
+    return true;
+}
+
+} // namespace
+
+const PlatformWords& words() { return PlatformWords::freedesktop(); }
+
+LogStore::BootFacts bootFacts() {
+    LogStore::BootFacts facts;
+    facts.version = AppBundle::version();
+    utsname system{};
+    if (uname(&system) == 0) {
+        std::sscanf(system.release, "%d.%d", &facts.systemMajor, &facts.systemMinor);
+    }
+    facts.graphicsLabel = graphicsLabel();
+    return facts;
+}
+
+std::string graphicsLabel() { return hasOpenGL() ? "OpenGL" : std::string(words().noGraphicsDevice); }
+
+} // namespace ostrella::SystemFacts

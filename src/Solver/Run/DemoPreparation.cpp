@@ -1,0 +1,64 @@
+// The part of the built-in aerofoil's run that ends with a complete case in the run directory.
+
+#include "Solver/Run/RunLog.h"
+#include "Solver/Run/SolverLaunch.h"
+#include "Solver/Run/SolverRunner.h"
+#include "Solver/Run/StageExit.h"
+#include "Solver/Tools/SU2ConfigTemplate.h"
+#include "Solver/Tools/SU2Output.h"
+#include "Solver/Tools/TextFile.h"
+#include "Solver/Tools/TextTemplate.h"
+
+#include <fmt/format.h>
+
+#include <string>
+
+namespace ostrella {
+
+namespace {
+
+constexpr int dimensions = 2;
+/// Chord 1 m by a span of 1 m.
+constexpr double referenceArea = 1.0;
+constexpr const char* meshFilename = "mesh.su2";
+
+} // namespace
+
+SolverRunner::PreparedCase SolverRunner::prepareDemo(
+    const SimulationInputs& inputs, LogStore& log, const Events& events) const {
+    const RunLog runLog(log);
+    sendEvent(events, RunPhase::solving());
+    return atStage(RunStage::solver, [&] {
+        PreparedCase prepared;
+        prepared.dimensions = dimensions;
+        prepared.solver = locateSolver(runLog);
+        const auto mesh = environment_.bundle.resource("n0012_897-257", "su2", "su2/fixtures");
+        if (!mesh) {
+            throw SolverError::meshNotFound();
+        }
+        const std::string configTemplate = readText(locateTemplate("incompressible_rans_sa_2d"));
+        prepared.directory = makeRunDirectory();
+        sendEvent(events, RunDirectory{prepared.directory});
+
+        const std::filesystem::path meshCopy = prepared.directory / meshFilename;
+        std::filesystem::copy_file(*mesh, meshCopy);
+        if (const auto header = SU2Output::readMeshHeader(meshCopy)) {
+            prepared.meshCells = header->elements;
+            sendEvent(events, MeshCells{header->elements});
+        }
+
+        SimulationInputs incompressible = inputs;
+        incompressible.regime = FlowRegime::incompressible;
+        const std::string configuration = replaceAll(
+            SU2ConfigTemplate::renderIncompressible(
+                configTemplate, incompressible, meshFilename, dimensions),
+            "{{REF_AREA}}", fmt::format("{:.6f}", referenceArea));
+        writeTextAtomically(prepared.directory / "run.cfg", configuration);
+        runLog.info(fmt::format("Working dir: {}", prepared.directory.string()));
+        runLog.info(fmt::format("V={:.2f} m/s, α={:.2f}°, ρ={:.3f} kg/m³, ITER={}", inputs.velocity,
+            inputs.alpha, inputs.density, inputs.maxIterations));
+        return prepared;
+    });
+}
+
+} // namespace ostrella

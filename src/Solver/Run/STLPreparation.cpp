@@ -1,0 +1,83 @@
+// The part of a run around the user's model that ends with a complete case in the run directory.
+
+#include "Solver/Geometry/MeshWelding.h"
+#include "Solver/Geometry/SolverFrame.h"
+#include "Solver/Run/ReferenceArea.h"
+#include "Solver/Run/RunLog.h"
+#include "Solver/Run/SolverLaunch.h"
+#include "Solver/Run/SolverRunner.h"
+#include "Solver/Run/StageExit.h"
+#include "Solver/Tools/GMSHRunner.h"
+#include "Solver/Tools/SU2ConfigTemplate.h"
+#include "Solver/Tools/TextFile.h"
+#include "Solver/Tools/TextTemplate.h"
+
+#include <fmt/format.h>
+
+#include <string>
+
+namespace ostrella {
+
+namespace {
+
+constexpr int dimensions = 3;
+
+std::string renderConfiguration(const std::string& configTemplate, const SimulationInputs& inputs,
+    const std::string& meshFilename, double area) {
+    const std::string text = inputs.regime == FlowRegime::compressible
+                                 ? SU2ConfigTemplate::renderCompressible(
+                                       configTemplate, inputs, meshFilename)
+                                 : SU2ConfigTemplate::renderIncompressible(
+                                       configTemplate, inputs, meshFilename, dimensions);
+    return replaceAll(text, "{{REF_AREA}}", fmt::format("{:.6f}", area));
+}
+
+} // namespace
+
+SolverRunner::PreparedCase SolverRunner::prepareSTL(const STLContext& stl,
+    const SimulationInputs& inputs, LogStore& log, const Events& events) const {
+    const RunLog runLog(log);
+    sendEvent(events, RunPhase::meshing());
+
+    PreparedCase prepared;
+    prepared.dimensions = dimensions;
+    const bool compressible = inputs.regime == FlowRegime::compressible;
+    const std::string configTemplate = atStage(RunStage::solver, [&] {
+        prepared.solver = locateSolver(runLog);
+        std::string text = readText(locateTemplate(
+            compressible ? "compressible_rans_sa_3d" : "incompressible_rans_sa_3d"));
+        prepared.directory = makeRunDirectory();
+        sendEvent(events, RunDirectory{prepared.directory});
+        runLog.info(fmt::format("Working dir: {}", prepared.directory.string()));
+        runLog.info(fmt::format(
+            "Regime: {}", compressible ? "Compressible (transonic+)" : "Incompressible (M < 0.3)"));
+        return text;
+    });
+
+    const TriangleMesh body = SolverFrame::toSolver(stl.mesh);
+    const double area = referenceArea(body);
+    runLog.info("Geometry turned into the solver frame (app Y up → SU2 Z up)");
+
+    const GMSHRunner::Output mesh = atStage(RunStage::mesh,
+        [&] { return GMSHRunner(environment_).makeMesh(body, prepared.directory, log, token_); });
+    if (const auto openEdges = openEdgeCount(body, std::nullopt); openEdges > 0) {
+        runLog.warn(GMSHRunner::openSurfaceLine(openEdges));
+    }
+    if (mesh.header) {
+        prepared.meshCells = mesh.header->elements;
+        sendEvent(events, MeshCells{mesh.header->elements});
+    }
+    token_.throwIfCancelled();
+    sendEvent(events, RunPhase::solving());
+
+    const std::string configuration =
+        renderConfiguration(configTemplate, inputs, mesh.meshURL.filename().string(), area);
+    runLog.info(fmt::format("Reference area (planform, top view): {:.4f} m²", area));
+    atStage(RunStage::solver,
+        [&] { writeTextAtomically(prepared.directory / "run.cfg", configuration); });
+    runLog.info(fmt::format("V={:.2f} m/s, α={:.2f}°, β={:.2f}°, ρ={:.3f} kg/m³, ITER={}",
+        inputs.velocity, inputs.alpha, inputs.beta, inputs.density, inputs.maxIterations));
+    return prepared;
+}
+
+} // namespace ostrella

@@ -1,9 +1,9 @@
 #pragma once
 
-#include <concepts>
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <type_traits>
 
 namespace ostrella {
 
@@ -15,7 +15,7 @@ public:
     /// The empty name.
     SeriesName();
     template <class Text>
-        requires std::convertible_to<const Text&, std::string_view>
+        requires std::is_convertible_v<const Text&, std::string_view>
     SeriesName(const Text& text) : text_(interned(text)) {}
 
     const std::string& string() const { return *text_; }

@@ -53,7 +53,8 @@ double storedReal(const PreferenceStore& store, std::string_view key, double mis
 } // namespace
 
 AppSettings::AppSettings(PreferenceStore& store, QObject* parent)
-    : QObject(parent), store_(store),
+    : QObject(parent),
+      store_(store),
       defaultMaxIterations_(storedInteger(store, maxIterationsKey, defaults.maxIterations)),
       streamlineUpstreamFactor_(
           storedReal(store, upstreamFactorKey, defaults.streamlineUpstreamFactor)),
@@ -85,7 +86,9 @@ void AppSettings::setStreamlineSeedCount(int value) {
     Q_EMIT streamlineSeedCountChanged();
 }
 
-void AppSettings::restoreSolverDefaults() { setDefaultMaxIterations(defaults.maxIterations); }
+void AppSettings::restoreSolverDefaults() {
+    setDefaultMaxIterations(defaults.maxIterations);
+}
 
 void AppSettings::restoreStreamlineDefaults() {
     setStreamlineUpstreamFactor(defaults.streamlineUpstreamFactor);

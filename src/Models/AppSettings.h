@@ -12,8 +12,8 @@ class PreferenceStore;
 /// thread only.
 class AppSettings : public QObject {
     Q_OBJECT
-    Q_PROPERTY(int defaultMaxIterations READ defaultMaxIterations WRITE setDefaultMaxIterations NOTIFY
-            defaultMaxIterationsChanged)
+    Q_PROPERTY(int defaultMaxIterations READ defaultMaxIterations WRITE setDefaultMaxIterations
+            NOTIFY defaultMaxIterationsChanged)
     Q_PROPERTY(double streamlineUpstreamFactor READ streamlineUpstreamFactor WRITE
             setStreamlineUpstreamFactor NOTIFY streamlineUpstreamFactorChanged)
     Q_PROPERTY(double streamlineDownstreamFactor READ streamlineDownstreamFactor WRITE

@@ -68,7 +68,9 @@ CancellationRegistration& CancellationRegistration::operator=(
     return *this;
 }
 
-CancellationRegistration::~CancellationRegistration() { withdraw(); }
+CancellationRegistration::~CancellationRegistration() {
+    withdraw();
+}
 
 void CancellationRegistration::withdraw() noexcept {
     if (id_ == 0) {
@@ -83,7 +85,9 @@ void CancellationRegistration::withdraw() noexcept {
 CancellationToken::CancellationToken(std::shared_ptr<detail::CancellationState> state)
     : state_(std::move(state)) {}
 
-bool CancellationToken::isCancelled() const noexcept { return state_ && state_->isCancelled(); }
+bool CancellationToken::isCancelled() const noexcept {
+    return state_ && state_->isCancelled();
+}
 
 void CancellationToken::throwIfCancelled() const {
     if (isCancelled()) {
@@ -105,10 +109,16 @@ CancellationRegistration CancellationToken::onCancel(std::function<void()> callb
 
 CancellationSource::CancellationSource() : state_(std::make_shared<detail::CancellationState>()) {}
 
-CancellationToken CancellationSource::token() const { return CancellationToken(state_); }
+CancellationToken CancellationSource::token() const {
+    return CancellationToken(state_);
+}
 
-bool CancellationSource::isCancelled() const noexcept { return state_->isCancelled(); }
+bool CancellationSource::isCancelled() const noexcept {
+    return state_->isCancelled();
+}
 
-void CancellationSource::cancel() const { state_->cancel(); }
+void CancellationSource::cancel() const {
+    state_->cancel();
+}
 
 } // namespace ostrella

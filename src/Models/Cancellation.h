@@ -7,7 +7,8 @@
 
 namespace ostrella {
 
-/// Thrown where work was stopped because somebody asked for it. It is never wrapped in another error.
+/// Thrown where work was stopped because somebody asked for it. It is never wrapped in another
+/// error.
 class CancellationError final : public std::exception {
 public:
     const char* what() const noexcept override { return "The operation was cancelled."; }

@@ -21,6 +21,8 @@ const std::string* SeriesName::interned(std::string_view text) {
     return &*found;
 }
 
-std::string HistoryPoint::id() const { return fmt::format("{}#{}", label.string(), iter); }
+std::string HistoryPoint::id() const {
+    return fmt::format("{}#{}", label.string(), iter);
+}
 
 } // namespace ostrella

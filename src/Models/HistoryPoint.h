@@ -15,8 +15,8 @@ public:
     /// The empty name.
     SeriesName();
     template <class Text>
-        requires std::is_convertible_v<const Text&, std::string_view>
-    SeriesName(const Text& text) : text_(interned(text)) {}
+    requires std::is_convertible_v<const Text&, std::string_view> SeriesName(const Text& text)
+        : text_(interned(text)) {}
 
     const std::string& string() const { return *text_; }
     operator std::string_view() const { return *text_; }

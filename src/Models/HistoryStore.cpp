@@ -74,9 +74,8 @@ std::vector<HistoryStore::LatestValue> HistoryStore::latestCoefficients() const 
 }
 
 std::optional<double> HistoryStore::latestValue(std::string_view label) const {
-    const bool isCoefficient =
-        std::find(coefficientLabels_.begin(), coefficientLabels_.end(), label) !=
-        coefficientLabels_.end();
+    const bool isCoefficient = std::find(coefficientLabels_.begin(), coefficientLabels_.end(),
+                                   label) != coefficientLabels_.end();
     const Points& points = isCoefficient ? coefficients_ : residuals_;
     const auto found = std::find_if(points.rbegin(), points.rend(),
         [label](const HistoryPoint& point) { return point.label.string() == label; });

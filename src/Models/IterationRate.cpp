@@ -4,7 +4,7 @@
 
 namespace ostrella {
 
-void IterationRate::record(std::optional<int> iteration, Date at) {
+void IterationRate::record(std::optional<std::int64_t> iteration, Date at) {
     if (!iteration) {
         *this = IterationRate();
         return;
@@ -23,16 +23,17 @@ std::optional<double> IterationRate::secondsPerIteration() const {
     if (!anchorDate || !latestDate || latestIteration <= anchorIteration) {
         return std::nullopt;
     }
-    return secondsBetween(*anchorDate, *latestDate) / (latestIteration - anchorIteration);
+    return secondsBetween(*anchorDate, *latestDate) /
+           static_cast<double>(latestIteration - anchorIteration);
 }
 
-std::optional<double> IterationRate::remainingSeconds(int maxIterations, Date now) const {
+std::optional<double> IterationRate::remainingSeconds(std::int64_t maxIterations, Date now) const {
     const auto rate = secondsPerIteration();
     if (!rate || !latestDate) {
         return std::nullopt;
     }
-    const int toGo = std::max(maxIterations - latestIteration, 0);
-    return std::max(*rate * toGo - secondsBetween(*latestDate, now), 0.0);
+    const auto toGo = std::max<std::int64_t>(maxIterations - latestIteration, 0);
+    return std::max(*rate * static_cast<double>(toGo) - secondsBetween(*latestDate, now), 0.0);
 }
 
 } // namespace ostrella

@@ -31,7 +31,8 @@ std::optional<LogStore::Level> LogStore::Line::levelFromRawValue(std::string_vie
 }
 
 LogStore::LogStore(const Clock& clock, std::vector<Line> lines, QObject* parent)
-    : QObject(parent), clock_(clock),
+    : QObject(parent),
+      clock_(clock),
       lines_(std::make_move_iterator(lines.begin()), std::make_move_iterator(lines.end())) {}
 
 void LogStore::append(std::string text, Level level) {
@@ -47,13 +48,16 @@ std::vector<LogStore::Line> LogStore::bootLines(
                 words.systemName, facts.systemMajor, facts.systemMinor, facts.graphicsLabel),
             Level::info, date},
         Line{QUuid::createUuid(),
-            fmt::format("Awaiting geometry. Drop an STL onto the viewport, press {}, or pick a sample.",
+            fmt::format(
+                "Awaiting geometry. Drop an STL onto the viewport, press {}, or pick a sample.",
                 words.openShortcut),
             Level::info, date},
     };
 }
 
-std::string LogStore::grouped(std::int64_t n) { return NumberFormatting::grouped(n, " "); }
+std::string LogStore::grouped(std::int64_t n) {
+    return NumberFormatting::grouped(n, " ");
+}
 
 std::string LogStore::loadedLine(std::string_view fileName, std::int64_t facets, Vec3 extent) {
     return fmt::format("Loaded {} · {} facets · {:.2f} × {:.2f} × {:.2f} m", fileName,

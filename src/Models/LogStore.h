@@ -17,8 +17,8 @@ namespace ostrella {
 
 struct PlatformWords;
 
-/// The one running log of the application. Main thread only. It grows without limit and lives as long
-/// as the process; lines are never edited.
+/// The one running log of the application. Main thread only. It grows without limit and lives as
+/// long as the process; lines are never edited.
 class LogStore : public QObject {
     Q_OBJECT
     Q_PROPERTY(qsizetype count READ count NOTIFY linesChanged)

@@ -9,9 +9,9 @@
 
 namespace ostrella {
 
-/// The one way from a worker to the main thread, where every observable object lives. One instance is
-/// made in main() and stands for the main event loop; when it goes, workers that wait for the main
-/// thread are released with CancellationError, so that nobody waits for a loop that has ended.
+/// The one way from a worker to the main thread, where every observable object lives. One instance
+/// is made in main() and stands for the main event loop; when it goes, workers that wait for the
+/// main thread are released with CancellationError, so that nobody waits for a loop that has ended.
 class MainThread {
 public:
     /// Claims the calling thread, which runs (or will run) the event loop, as the main thread.
@@ -25,9 +25,9 @@ public:
     /// Queues `work` for the main thread, in the order of the calls. Dropped if the loop has ended.
     static void post(std::function<void()> work);
 
-    /// Performs `work` on the main thread and returns its result; the calling worker waits. On the main
-    /// thread itself it is a plain call. What `work` throws is thrown here. Throws CancellationError if
-    /// the main loop has ended.
+    /// Performs `work` on the main thread and returns its result; the calling worker waits. On the
+    /// main thread itself it is a plain call. What `work` throws is thrown here. Throws
+    /// CancellationError if the main loop has ended.
     template <class Work>
     static auto run(Work&& work) -> std::invoke_result_t<Work&> {
         using Result = std::invoke_result_t<Work&>;

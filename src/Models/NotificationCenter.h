@@ -10,8 +10,9 @@
 
 namespace ostrella {
 
-/// Application-wide notifications: a name and at most one object, delivered at once on the main thread,
-/// in the order of the subscriptions. A command never calls into a view or into the run itself.
+/// Application-wide notifications: a name and at most one object, delivered at once on the main
+/// thread, in the order of the subscriptions. A command never calls into a view or into the run
+/// itself.
 class NotificationCenter {
 public:
     using Handler = std::function<void(const std::any& object)>;

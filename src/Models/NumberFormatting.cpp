@@ -11,7 +11,9 @@
 
 namespace ostrella::NumberFormatting {
 
-std::string grouped(std::int64_t n) { return grouped(n, "\u00A0"); }
+std::string grouped(std::int64_t n) {
+    return grouped(n, "\u00A0");
+}
 
 std::string grouped(std::int64_t n, std::string_view separator) {
     // The magnitude as an unsigned number, so that the lowest integer has one too.

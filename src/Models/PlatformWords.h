@@ -4,8 +4,8 @@
 
 namespace ostrella {
 
-/// The few words in the application's texts that name the system it runs on. The text functions take
-/// them as a parameter, so that every form is built and tested on every system.
+/// The few words in the application's texts that name the system it runs on. The text functions
+/// take them as a parameter, so that every form is built and tested on every system.
 struct PlatformWords {
     /// "macOS" or "Linux".
     std::string_view systemName;

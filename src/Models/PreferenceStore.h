@@ -12,8 +12,8 @@ namespace ostrella {
 /// A stored preference.
 using PreferenceValue = std::variant<bool, std::int64_t, double, std::string>;
 
-/// The user's preferences, or a stand-in for them; handed in, so that neither a test nor a batch run
-/// touches the user's own.
+/// The user's preferences, or a stand-in for them; handed in, so that neither a test nor a batch
+/// run touches the user's own.
 class PreferenceStore {
 public:
     virtual ~PreferenceStore() = default;

@@ -12,8 +12,8 @@ class QImage;
 
 namespace ostrella {
 
-/// What the user interface tells the viewport: display toggles, margins, and the requests for a view, a
-/// reframe or a snapshot. Main thread only; a setter notifies at every set.
+/// What the user interface tells the viewport: display toggles, margins, and the requests for a
+/// view, a reframe or a snapshot. Main thread only; a setter notifies at every set.
 class RenderSettings : public QObject {
     Q_OBJECT
     Q_PROPERTY(bool wireframe READ wireframe WRITE setWireframe NOTIFY wireframeChanged)
@@ -22,11 +22,11 @@ class RenderSettings : public QObject {
             colormapEnabledChanged)
     Q_PROPERTY(bool streamlinesEnabled READ streamlinesEnabled WRITE setStreamlinesEnabled NOTIFY
             streamlinesEnabledChanged)
-    Q_PROPERTY(bool vortexEnabled READ vortexEnabled WRITE setVortexEnabled NOTIFY
-            vortexEnabledChanged)
+    Q_PROPERTY(
+        bool vortexEnabled READ vortexEnabled WRITE setVortexEnabled NOTIFY vortexEnabledChanged)
     Q_PROPERTY(bool orientMode READ orientMode WRITE setOrientMode NOTIFY orientModeChanged)
-    Q_PROPERTY(bool flowAnimation READ flowAnimation WRITE setFlowAnimation NOTIFY
-            flowAnimationChanged)
+    Q_PROPERTY(
+        bool flowAnimation READ flowAnimation WRITE setFlowAnimation NOTIFY flowAnimationChanged)
     Q_PROPERTY(QUuid reframeRequestID READ reframeRequestID WRITE setReframeRequestID NOTIFY
             reframeRequestIDChanged)
     Q_PROPERTY(bool viewPresetIsCurrent READ viewPresetIsCurrent WRITE setViewPresetIsCurrent NOTIFY

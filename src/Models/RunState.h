@@ -57,9 +57,9 @@ struct StopReason {
 
     Kind kind = Kind::iterationCap;
     /// Of `iterationCap`: the count, if the solver's line gave one.
-    std::optional<int> iterations;
+    std::optional<std::int64_t> iterations;
 
-    static StopReason iterationCap(std::optional<int> iterations) {
+    static StopReason iterationCap(std::optional<std::int64_t> iterations) {
         return {Kind::iterationCap, iterations};
     }
     static StopReason converged() { return {Kind::converged, std::nullopt}; }
@@ -70,13 +70,20 @@ struct StopReason {
 /// The run driver's own failures; what() is the text the user reads.
 class SolverError final : public std::exception {
 public:
-    enum class Kind { binaryNotFound, templateNotFound, meshNotFound, noReadableOutput, nonZeroExit };
+    enum class Kind {
+        binaryNotFound,
+        templateNotFound,
+        meshNotFound,
+        noReadableOutput,
+        nonZeroExit
+    };
 
     static SolverError binaryNotFound(const PlatformWords& words);
     static SolverError templateNotFound();
     static SolverError meshNotFound();
     static SolverError noReadableOutput();
-    /// The status as the platform reports it; the bare signal number for a child killed by a signal.
+    /// The status as the platform reports it; the bare signal number for a child killed by a
+    /// signal.
     static SolverError nonZeroExit(std::int32_t status);
 
     Kind kind() const noexcept { return kind_; }
@@ -112,7 +119,7 @@ std::string errorDescription(const std::exception_ptr& error);
 struct RunSummary {
     /// Time of the solver alone, s.
     double elapsedSeconds = 0;
-    std::optional<int> iterations;
+    std::optional<std::int64_t> iterations;
     int maxIterations = 0;
     std::optional<std::int64_t> cells;
     std::optional<double> cl;
@@ -122,8 +129,8 @@ struct RunSummary {
     bool operator==(const RunSummary&) const = default;
 };
 
-/// Everything that a finished run leaves behind. Fields are in the application's frame of axes for a
-/// run in three dimensions, in the mesh's own for one in two.
+/// Everything that a finished run leaves behind. Fields are in the application's frame of axes for
+/// a run in three dimensions, in the mesh's own for one in two.
 struct SimulationResult {
     std::filesystem::path runDirectory;
     /// "flow.vtk" and "surface_flow.vtk" of the directory, whether or not the files exist.

@@ -13,10 +13,16 @@ constexpr SimulationInputs defaults;
 } // namespace
 
 SimulationParameters::SimulationParameters(QObject* parent)
-    : QObject(parent), velocity_(defaults.velocity), alpha_(defaults.alpha), beta_(defaults.beta),
-      density_(defaults.density), turbulenceModel_(defaults.turbulenceModel),
-      regime_(defaults.regime), saRotationCorrection_(defaults.saRotationCorrection),
-      saTransition_(defaults.saTransition), maxIterations_(defaults.maxIterations) {}
+    : QObject(parent),
+      velocity_(defaults.velocity),
+      alpha_(defaults.alpha),
+      beta_(defaults.beta),
+      density_(defaults.density),
+      turbulenceModel_(defaults.turbulenceModel),
+      regime_(defaults.regime),
+      saRotationCorrection_(defaults.saRotationCorrection),
+      saTransition_(defaults.saTransition),
+      maxIterations_(defaults.maxIterations) {}
 
 Vec3 SimulationParameters::rotationRadians() const {
     const auto radians = [](double degrees) {

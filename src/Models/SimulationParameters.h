@@ -16,16 +16,16 @@ namespace ostrella {
 
 class AppSettings;
 
-/// The working state of one launch: the loaded model, its orientation and the free-stream values. None
-/// of it survives the process. Main thread only; a setter notifies at every set.
+/// The working state of one launch: the loaded model, its orientation and the free-stream values.
+/// None of it survives the process. Main thread only; a setter notifies at every set.
 class SimulationParameters : public QObject {
     Q_OBJECT
     Q_PROPERTY(double velocity READ velocity WRITE setVelocity NOTIFY velocityChanged)
     Q_PROPERTY(double alpha READ alpha WRITE setAlpha NOTIFY alphaChanged)
     Q_PROPERTY(double beta READ beta WRITE setBeta NOTIFY betaChanged)
     Q_PROPERTY(double density READ density WRITE setDensity NOTIFY densityChanged)
-    Q_PROPERTY(bool saRotationCorrection READ saRotationCorrection WRITE setSARotationCorrection NOTIFY
-            saRotationCorrectionChanged)
+    Q_PROPERTY(bool saRotationCorrection READ saRotationCorrection WRITE setSARotationCorrection
+            NOTIFY saRotationCorrectionChanged)
     Q_PROPERTY(bool saTransition READ saTransition WRITE setSATransition NOTIFY saTransitionChanged)
     Q_PROPERTY(int maxIterations READ maxIterations NOTIFY maxIterationsChanged)
     Q_PROPERTY(double rotationX READ rotationX WRITE setRotationX NOTIFY rotationXChanged)
@@ -69,7 +69,8 @@ public:
     SimulationInputs snapshot(const AppSettings* settings) const;
 
     void setSTLURL(std::optional<std::filesystem::path> value);
-    /// A new model ends the result on show and the count of open edges, also if it is the same model.
+    /// A new model ends the result on show and the count of open edges, also if it is the same
+    /// model.
     void setMesh(std::optional<TriangleMesh> value);
     void setVelocity(double value);
     void setAlpha(double value);

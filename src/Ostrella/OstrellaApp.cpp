@@ -10,7 +10,8 @@ OstrellaApp::OstrellaApp(RunEnvironment environment, PreferenceStore& preference
     const LogStore::BootFacts& bootFacts, Alert alert)
     : logStore(*environment.clock,
           LogStore::bootLines(bootFacts, *environment.words, environment.clock->now())),
-      appSettings(preferences), simulation(environment, notifications),
+      appSettings(preferences),
+      simulation(environment, notifications),
       importer(notifications,
           [alert](const std::exception_ptr& error) {
               alert(STLImporter::errorTitle, errorDescription(error));

@@ -14,8 +14,8 @@
 
 namespace ostrella {
 
-/// Owns the shared objects for the whole life of the process and wires them; no logic beyond that. The
-/// desktop application and the batch program each make one. Main thread only.
+/// Owns the shared objects for the whole life of the process and wires them; no logic beyond that.
+/// The desktop application and the batch program each make one. Main thread only.
 class OstrellaApp {
 public:
     /// How a warning is shown: a message and an informative text.

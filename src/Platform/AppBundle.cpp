@@ -35,9 +35,13 @@ AppBundle AppBundle::main() {
     return AppBundle(std::move(place));
 }
 
-fs::path AppBundle::toolsDirectory() const { return root_ / toolsPlace; }
+fs::path AppBundle::toolsDirectory() const {
+    return root_ / toolsPlace;
+}
 
-fs::path AppBundle::resourcesDirectory() const { return root_ / resourcesPlace; }
+fs::path AppBundle::resourcesDirectory() const {
+    return root_ / resourcesPlace;
+}
 
 std::optional<fs::path> AppBundle::resource(
     std::string_view name, std::string_view extension, std::string_view subdirectory) const {
@@ -66,6 +70,8 @@ std::optional<std::string> AppBundle::solverRelease() const {
     return release;
 }
 
-std::string AppBundle::version() { return OSTRELLA_VERSION; }
+std::string AppBundle::version() {
+    return OSTRELLA_VERSION;
+}
 
 } // namespace ostrella

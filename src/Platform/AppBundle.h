@@ -7,8 +7,8 @@
 
 namespace ostrella {
 
-/// Where the parts of the application's package lie; the only place that knows. On macOS the package is
-/// the .app, elsewhere the usual prefix with bin, libexec and share.
+/// Where the parts of the application's package lie; the only place that knows. On macOS the
+/// package is the .app, elsewhere the usual prefix with bin, libexec and share.
 class AppBundle {
 public:
     /// A package at a root of the caller's.

@@ -60,8 +60,7 @@ void Preferences::set(std::string_view key, const PreferenceValue& value) {
             }
         },
         value);
-    settings_.setValue(
-        QString::fromUtf8(key.data(), static_cast<qsizetype>(key.size())), variant);
+    settings_.setValue(QString::fromUtf8(key.data(), static_cast<qsizetype>(key.size())), variant);
 }
 
 } // namespace ostrella

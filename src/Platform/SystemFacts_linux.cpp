@@ -15,8 +15,8 @@ struct LibraryCloser {
     void operator()(void* library) const { dlclose(library); }
 };
 
-/// Whether OpenGL can be had: EGL, the door that needs no window system, opens on its default display
-/// or on the one that draws into memory.
+/// Whether OpenGL can be had: EGL, the door that needs no window system, opens on its default
+/// display or on the one that draws into memory.
 bool hasOpenGL() {
     const std::unique_ptr<void, LibraryCloser> egl(dlopen("libEGL.so.1", RTLD_LAZY | RTLD_LOCAL));
     if (!egl) {
@@ -43,7 +43,9 @@ bool hasOpenGL() {
 
 } // namespace
 
-const PlatformWords& words() { return PlatformWords::freedesktop(); }
+const PlatformWords& words() {
+    return PlatformWords::freedesktop();
+}
 
 LogStore::BootFacts bootFacts() {
     LogStore::BootFacts facts;
@@ -56,6 +58,8 @@ LogStore::BootFacts bootFacts() {
     return facts;
 }
 
-std::string graphicsLabel() { return hasOpenGL() ? "OpenGL" : std::string(words().noGraphicsDevice); }
+std::string graphicsLabel() {
+    return hasOpenGL() ? "OpenGL" : std::string(words().noGraphicsDevice);
+}
 
 } // namespace ostrella::SystemFacts

@@ -11,8 +11,8 @@ namespace ostrella::test {
 bool waitUntil(const std::function<bool()>& condition,
     std::chrono::milliseconds limit = std::chrono::seconds(20));
 
-/// Performs `work` on a worker thread while the main thread serves its events, and waits for its end.
-/// What `work` throws is thrown here.
+/// Performs `work` on a worker thread while the main thread serves its events, and waits for its
+/// end. What `work` throws is thrown here.
 void onWorker(const std::function<void()>& work);
 
 /// A fresh directory that goes with the object.

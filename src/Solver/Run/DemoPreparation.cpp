@@ -49,10 +49,10 @@ SolverRunner::PreparedCase SolverRunner::prepareDemo(
 
         SimulationInputs incompressible = inputs;
         incompressible.regime = FlowRegime::incompressible;
-        const std::string configuration = replaceAll(
-            SU2ConfigTemplate::renderIncompressible(
-                configTemplate, incompressible, meshFilename, dimensions),
-            "{{REF_AREA}}", fmt::format("{:.6f}", referenceArea));
+        const std::string configuration =
+            replaceAll(SU2ConfigTemplate::renderIncompressible(
+                           configTemplate, incompressible, meshFilename, dimensions),
+                "{{REF_AREA}}", fmt::format("{:.6f}", referenceArea));
         writeTextAtomically(prepared.directory / "run.cfg", configuration);
         runLog.info(fmt::format("Working dir: {}", prepared.directory.string()));
         runLog.info(fmt::format("V={:.2f} m/s, α={:.2f}°, ρ={:.3f} kg/m³, ITER={}", inputs.velocity,

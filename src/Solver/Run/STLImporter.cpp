@@ -2,8 +2,8 @@
 
 #include "Models/MainThread.h"
 #include "Models/SimulationParameters.h"
-#include "Solver/Geometry/MeshWelding.h"
 #include "Solver/Geometry/ModelFile.h"
+#include "Solver/Geometry/Welding.h"
 #include "Solver/Tools/Background.h"
 
 #include <QPointer>
@@ -31,7 +31,9 @@ STLImporter::~STLImporter() {
     ++state_->token;
 }
 
-std::int64_t STLImporter::newToken() { return ++state_->token; }
+std::int64_t STLImporter::newToken() {
+    return ++state_->token;
+}
 
 void STLImporter::open(const fs::path& url, SimulationParameters& parameters) {
     const std::int64_t token = newToken();
@@ -42,7 +44,7 @@ void STLImporter::open(const fs::path& url, SimulationParameters& parameters) {
 void STLImporter::load(const fs::path& url, SimulationParameters& into, std::int64_t token,
     Parse parse, OnFailure onFailure) {
     if (!parse) {
-        parse = [](const fs::path& file) { return readModelFile(file); };
+        parse = [](const fs::path& file) { return loadModelFile(file); };
     }
     if (!onFailure) {
         onFailure = state_->onFailure;
@@ -75,8 +77,9 @@ void STLImporter::load(const fs::path& url, SimulationParameters& into, std::int
         parameters->setMesh(mesh);
         Background::run(
             [mesh, parameters, finish] {
-                const std::int64_t openEdges = openEdgeCount(mesh, std::nullopt);
-                MainThread::post([parameters, openEdges, finish] { finish(parameters, openEdges); });
+                const auto openEdges = static_cast<std::int64_t>(openEdgeCount(mesh));
+                MainThread::post(
+                    [parameters, openEdges, finish] { finish(parameters, openEdges); });
             },
             Background::Priority::userInitiated);
     };
@@ -89,9 +92,8 @@ void STLImporter::load(const fs::path& url, SimulationParameters& into, std::int
             } catch (...) {
                 result = std::current_exception();
             }
-            MainThread::post([parameters, accept, result = std::move(result)] {
-                accept(parameters, result);
-            });
+            MainThread::post(
+                [parameters, accept, result = std::move(result)] { accept(parameters, result); });
         },
         Background::Priority::userInitiated);
 }

@@ -17,7 +17,8 @@ class SimulationParameters;
 /// newest request wins, and what an older one still brings is dropped. Main thread only.
 class STLImporter {
 public:
-    /// Gives the model of a file, on a background thread. Throws an error whose text the user reads.
+    /// Gives the model of a file, on a background thread. Throws an error whose text the user
+    /// reads.
     using Parse = std::function<TriangleMesh(const std::filesystem::path&)>;
     /// Called on the main thread with the error of the current load.
     using OnFailure = std::function<void(const std::exception_ptr&)>;
@@ -35,8 +36,8 @@ public:
     /// The token of a new load; loads with an older one count no longer.
     std::int64_t newToken();
 
-    /// Parses `url` in the background and puts the model into `into`; the count of its open edges and
-    /// the notification geometryLoaded follow. An empty `parse` or `onFailure` is the default.
+    /// Parses `url` in the background and puts the model into `into`; the count of its open edges
+    /// and the notification geometryLoaded follow. An empty `parse` or `onFailure` is the default.
     void load(const std::filesystem::path& url, SimulationParameters& into, std::int64_t token,
         Parse parse = {}, OnFailure onFailure = {});
 

@@ -1,7 +1,7 @@
 // The part of a run around the user's model that ends with a complete case in the run directory.
 
-#include "Solver/Geometry/MeshWelding.h"
 #include "Solver/Geometry/SolverFrame.h"
+#include "Solver/Geometry/Welding.h"
 #include "Solver/Run/ReferenceArea.h"
 #include "Solver/Run/RunLog.h"
 #include "Solver/Run/SolverLaunch.h"
@@ -24,11 +24,11 @@ constexpr int dimensions = 3;
 
 std::string renderConfiguration(const std::string& configTemplate, const SimulationInputs& inputs,
     const std::string& meshFilename, double area) {
-    const std::string text = inputs.regime == FlowRegime::compressible
-                                 ? SU2ConfigTemplate::renderCompressible(
-                                       configTemplate, inputs, meshFilename)
-                                 : SU2ConfigTemplate::renderIncompressible(
-                                       configTemplate, inputs, meshFilename, dimensions);
+    const std::string text =
+        inputs.regime == FlowRegime::compressible
+            ? SU2ConfigTemplate::renderCompressible(configTemplate, inputs, meshFilename)
+            : SU2ConfigTemplate::renderIncompressible(
+                  configTemplate, inputs, meshFilename, dimensions);
     return replaceAll(text, "{{REF_AREA}}", fmt::format("{:.6f}", area));
 }
 
@@ -44,8 +44,8 @@ SolverRunner::PreparedCase SolverRunner::prepareSTL(const STLContext& stl,
     const bool compressible = inputs.regime == FlowRegime::compressible;
     const std::string configTemplate = atStage(RunStage::solver, [&] {
         prepared.solver = locateSolver(runLog);
-        std::string text = readText(locateTemplate(
-            compressible ? "compressible_rans_sa_3d" : "incompressible_rans_sa_3d"));
+        std::string text = readText(
+            locateTemplate(compressible ? "compressible_rans_sa_3d" : "incompressible_rans_sa_3d"));
         prepared.directory = makeRunDirectory();
         sendEvent(events, RunDirectory{prepared.directory});
         runLog.info(fmt::format("Working dir: {}", prepared.directory.string()));
@@ -60,8 +60,8 @@ SolverRunner::PreparedCase SolverRunner::prepareSTL(const STLContext& stl,
 
     const GMSHRunner::Output mesh = atStage(RunStage::mesh,
         [&] { return GMSHRunner(environment_).makeMesh(body, prepared.directory, log, token_); });
-    if (const auto openEdges = openEdgeCount(body, std::nullopt); openEdges > 0) {
-        runLog.warn(GMSHRunner::openSurfaceLine(openEdges));
+    if (const auto openEdges = openEdgeCount(body); openEdges > 0) {
+        runLog.warn(GMSHRunner::openSurfaceLine(static_cast<std::int64_t>(openEdges)));
     }
     if (mesh.header) {
         prepared.meshCells = mesh.header->elements;

@@ -1,7 +1,7 @@
 #include "Solver/Run/SampleLoader.h"
 
 #include "Models/SimulationParameters.h"
-#include "Solver/Geometry/SampleFacets.h"
+#include "Solver/Geometry/FacetCount.h"
 #include "Solver/Run/STLImporter.h"
 
 #include <fmt/format.h>

@@ -29,7 +29,8 @@ public:
 
     static constexpr std::array<Sample, 3> samples{{
         {"sphere", "Sphere", "1 m radius sphere · simplest bluff-body benchmark."},
-        {"rounded_box", "Rounded Box", "2×1×1 m box with 0.12 m fillets · vehicle/fuselage analog."},
+        {"rounded_box", "Rounded Box",
+            "2×1×1 m box with 0.12 m fillets · vehicle/fuselage analog."},
         {"simple_wing", "Simple Wing", "Chord 1 m × span 2 m, elliptic 12 %-thickness profile."},
     }};
 

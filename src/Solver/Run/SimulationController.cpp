@@ -52,8 +52,8 @@ void SimulationController::configure(SimulationParameters& parameters, LogStore&
     appSettings_ = &appSettings;
 
     const auto subscribe = [this](std::string_view name, void (SimulationController::*handler)()) {
-        observers_.push_back(notifications_.observe(
-            name, [weak = QPointer(this), handler](const std::any&) {
+        observers_.push_back(
+            notifications_.observe(name, [weak = QPointer(this), handler](const std::any&) {
                 if (weak) {
                     (weak.data()->*handler)();
                 }
@@ -78,8 +78,8 @@ void SimulationController::run() {
     if (!canRun() || !parameters_->stlURL()) {
         return;
     }
-    launch(SolverRunner::STLContext{*parameters_->stlURL(),
-        rotated(*parameters_->mesh(), parameters_->rotationRadians())});
+    launch(SolverRunner::STLContext{
+        *parameters_->stlURL(), rotated(*parameters_->mesh(), parameters_->rotationRadians())});
 }
 
 void SimulationController::runDemo() {

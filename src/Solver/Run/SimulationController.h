@@ -27,8 +27,8 @@ class HistoryStore;
 class RenderSettings;
 class SimulationParameters;
 
-/// Owns the state of a run: one at a time, its inputs frozen at the start, closed by one log line and
-/// one final phase. Main thread only; a setter of a published value notifies at every set.
+/// Owns the state of a run: one at a time, its inputs frozen at the start, closed by one log line
+/// and one final phase. Main thread only; a setter of a published value notifies at every set.
 class SimulationController : public QObject {
     Q_OBJECT
     Q_PROPERTY(int maxIterations READ maxIterations NOTIFY maxIterationsChanged)
@@ -99,7 +99,8 @@ private:
 
     void launch(std::optional<SolverRunner::STLContext> stl);
     void apply(const SolverRunner::Event& event, std::int64_t runID);
-    void complete(std::int64_t runID, Outcome outcome, const SimulationInputs& inputs, Date started);
+    void complete(
+        std::int64_t runID, Outcome outcome, const SimulationInputs& inputs, Date started);
     void succeed(SimulationResult result, const SimulationInputs& inputs);
     void fail(const std::exception_ptr& error, Date started);
     void logGeometryLoaded();

@@ -8,8 +8,10 @@
 
 namespace ostrella {
 
-std::pair<std::string, LogStore::Level> SimulationController::finishLine(const RunSummary& summary) {
-    const std::string iterations = summary.iterations ? fmt::format("{}", *summary.iterations) : "?";
+std::pair<std::string, LogStore::Level> SimulationController::finishLine(
+    const RunSummary& summary) {
+    const std::string iterations =
+        summary.iterations ? fmt::format("{}", *summary.iterations) : "?";
     std::string text = summary.converged
                            ? fmt::format("Converged at iter {}", iterations)
                            : fmt::format("Iteration cap reached · {} / {} iter · not converged",

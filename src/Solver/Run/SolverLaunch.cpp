@@ -79,8 +79,8 @@ SolverRunner::SolveOutcome launchSU2(const fs::path& binaryURL, const fs::path& 
         if (history) {
             poller.emplace(historyFile, dimensions, *history, *environment.timers, token);
         }
-        outcome = ManagedProcess::run(
-            binaryURL, {"run.cfg"}, in, forwarder, token, *environment.timers);
+        outcome =
+            ManagedProcess::run(binaryURL, {"run.cfg"}, in, forwarder, token, *environment.timers);
     }
     const double elapsed = secondsBetween(start, environment.clock->now());
     if (history) {

@@ -4,9 +4,9 @@
 
 namespace ostrella {
 
-/// Runs SU2_CFD with "run.cfg" in `in` while "history.csv" there is read into `history` every 250 ms,
-/// and a last time after the solver's end. Throws SolverError::nonZeroExit, CancellationError, or what
-/// the start of the child throws.
+/// Runs SU2_CFD with "run.cfg" in `in` while "history.csv" there is read into `history` every 250
+/// ms, and a last time after the solver's end. Throws SolverError::nonZeroExit, CancellationError,
+/// or what the start of the child throws.
 SolverRunner::SolveOutcome launchSU2(const std::filesystem::path& binaryURL,
     const std::filesystem::path& in, int dimensions, LogStore& log, HistoryStore* history,
     const RunEnvironment& environment, const CancellationToken& token);

@@ -17,7 +17,8 @@ namespace fs = std::filesystem;
 
 SolverRunner::SolverRunner(
     RunEnvironment environment, CancellationToken token, std::optional<fs::path> directory)
-    : environment_(std::move(environment)), token_(std::move(token)),
+    : environment_(std::move(environment)),
+      token_(std::move(token)),
       directory_(std::move(directory)) {}
 
 SimulationResult SolverRunner::runSTL(const STLContext& stl, const SimulationInputs& inputs,

@@ -19,10 +19,10 @@ class HistoryStore;
 class LogStore;
 class RunLog;
 
-/// The driver of one run: from a turned model, or the built-in aerofoil case, to the solver's exit and
-/// its results. It works synchronously on the run's worker thread and speaks through four channels
-/// only: the log, the history, the events, and what it returns or throws. Cancellation leaves as
-/// CancellationError, every other failure as RunStageError.
+/// The driver of one run: from a turned model, or the built-in aerofoil case, to the solver's exit
+/// and its results. It works synchronously on the run's worker thread and speaks through four
+/// channels only: the log, the history, the events, and what it returns or throws. Cancellation
+/// leaves as CancellationError, every other failure as RunStageError.
 class SolverRunner {
 public:
     /// The number of volume elements of the mesh.
@@ -63,8 +63,8 @@ public:
         std::optional<std::int64_t> meshCells;
     };
 
-    /// `directory` is the run's directory; absent, a fresh one is made in the environment's temporary
-    /// directory.
+    /// `directory` is the run's directory; absent, a fresh one is made in the environment's
+    /// temporary directory.
     SolverRunner(RunEnvironment environment, CancellationToken token,
         std::optional<std::filesystem::path> directory = std::nullopt);
 

@@ -8,8 +8,8 @@
 
 namespace ostrella {
 
-/// Performs a stage of a run. A cancellation and an error that already names its stage leave as they
-/// are; any other error leaves as RunStageError with this stage.
+/// Performs a stage of a run. A cancellation and an error that already names its stage leave as
+/// they are; any other error leaves as RunStageError with this stage.
 template <class Work>
 auto atStage(RunStage stage, Work&& work) {
     try {

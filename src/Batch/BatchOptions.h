@@ -1,0 +1,50 @@
+#pragma once
+
+#include "Models/SimulationInputs.h"
+
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <variant>
+#include <vector>
+
+namespace ostrella {
+
+/// What a batch run is asked to do.
+struct BatchOptions {
+    /// The body: a file, a sample or, with neither, the built-in aerofoil case.
+    std::optional<std::filesystem::path> model;
+    std::optional<std::string> sample;
+    bool demo = false;
+
+    /// The sidebar's values, the iteration limit and the streamline settings.
+    SimulationInputs inputs;
+    /// Turn of the model about x, then y, then z, degrees.
+    double rotationX = 0;
+    double rotationY = 0;
+    double rotationZ = 0;
+
+    /// Folder for copies of the result files.
+    std::optional<std::filesystem::path> exportFolder;
+    /// File for the figures.
+    std::optional<std::filesystem::path> jsonFile;
+    /// Folder for a complete case; the solver is not run.
+    std::optional<std::filesystem::path> prepareFolder;
+    bool keepRunDirectory = false;
+    /// Leaves out the child programs' lines.
+    bool quiet = false;
+};
+
+/// Text for the user and an exit status instead of a run.
+struct BatchReply {
+    std::string text;
+    int status = 0;
+};
+
+/// Reads the command line, the program's name first. A reply with status 2 tells what is wrong.
+std::variant<BatchOptions, BatchReply> parseBatchOptions(const std::vector<std::string>& arguments);
+
+/// The help text.
+std::string batchHelp();
+
+} // namespace ostrella

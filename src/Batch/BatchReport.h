@@ -1,0 +1,45 @@
+#pragma once
+
+#include "Batch/BatchOptions.h"
+#include "Models/RunState.h"
+
+#include <cstdint>
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace ostrella {
+
+/// Everything that the JSON file of a batch run tells.
+struct BatchReport {
+    BatchOptions options;
+    /// "finished", "failed", "cancelled" or "prepared".
+    std::string phase;
+    /// Of a failure: stage and text.
+    std::optional<std::pair<std::string, std::string>> failure;
+    std::optional<StopReason> stopReason;
+    bool converged = false;
+    /// Iterations done.
+    std::optional<std::int64_t> iterations;
+    std::optional<std::int64_t> cells;
+    /// Last values by the solver's names, in its order.
+    std::vector<std::pair<std::string, double>> coefficients;
+    /// m².
+    std::optional<double> referenceArea;
+    std::optional<std::int64_t> openEdges;
+    /// Seconds by stage name, in the order of the run.
+    std::vector<std::pair<std::string, double>> times;
+    std::string mesher;
+    std::string solver;
+    bool solverIsStandIn = false;
+    /// Present if it was kept, or holds the prepared case.
+    std::optional<std::filesystem::path> runDirectory;
+    std::vector<std::filesystem::path> exported;
+};
+
+/// The report as JSON text, indented, keys in a fixed order.
+std::string toJSON(const BatchReport& report);
+
+} // namespace ostrella

@@ -1,0 +1,62 @@
+#pragma once
+
+#include "Batch/BatchConsole.h"
+#include "Batch/BatchOptions.h"
+#include "Batch/BatchReport.h"
+#include "Models/IterationRate.h"
+#include "Models/PreferenceStore.h"
+#include "Ostrella/OstrellaApp.h"
+
+#include <QObject>
+#include <QTimer>
+
+#include <optional>
+
+namespace ostrella {
+
+/// One run from the command line: the shared objects of the application without its window. It ends
+/// by leaving the event loop with the exit status.
+class BatchRun : public QObject {
+    Q_OBJECT
+
+public:
+    /// `environment.temporaryDirectory` is the parent of the run directory; it is made with the run
+    /// and removed with it.
+    BatchRun(RunEnvironment environment, BatchOptions options, BatchConsole& console);
+
+    /// Loads the model and begins; the rest happens in the event loop.
+    void start();
+    /// Stops as the application's button does; the run still writes its closing line.
+    void cancel();
+
+private:
+    void applyOptions();
+    void loadModel();
+    void begin();
+    void prepare();
+    void printNewLines();
+    void trackPhase();
+    void updateProgress();
+    void finish();
+    void collectResult(BatchReport& report) const;
+    void conclude(BatchReport report, int status);
+    void alert(const std::string& message, const std::string& text);
+
+    RunEnvironment environment_;
+    BatchOptions options_;
+    BatchConsole& console_;
+    MemoryPreferences preferences_;
+    OstrellaApp app_;
+
+    std::size_t printedLines_ = 0;
+    QTimer progressTimer_;
+    IterationRate rate_;
+    NotificationCenter::Token geometryObserver_;
+    bool hasBegun_ = false;
+    bool isEnding_ = false;
+    /// When each phase began, in the order of the run.
+    std::vector<std::pair<RunPhase, Date>> phases_;
+    CancellationSource preparation_;
+};
+
+} // namespace ostrella

@@ -15,6 +15,9 @@ struct FileAttributes {
     std::optional<Date> created;
     std::optional<Date> modified;
 
+    /// Creation; else last modification; else the most distant past.
+    Date age() const { return created.value_or(modified.value_or(Date::min())); }
+
     /// Nothing if the file is not there or may not be looked at.
     static std::optional<FileAttributes> read(const std::filesystem::path& path);
 };

@@ -91,8 +91,7 @@ std::vector<Entry> entries(const fs::path& directory) {
         if (!isRealDirectory(attributes)) {
             continue;
         }
-        const Date modified = attributes->modified.value_or(Date::min());
-        found.push_back({std::move(itemName), attributes->created.value_or(modified)});
+        found.push_back({std::move(itemName), attributes->age()});
     }
     if (error) {
         return {};

@@ -1,0 +1,66 @@
+#include "Models/LargeBuffer.h"
+#include "Models/Precondition.h"
+#include "Solver/Geometry/MeshOperations.h"
+#include "Solver/Geometry/STLRecord.h"
+
+#include <cerrno>
+#include <cstring>
+#include <limits>
+#include <system_error>
+
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace ostrella {
+
+namespace {
+
+LargeBuffer<std::byte> binarySTL(const TriangleMesh& mesh) {
+    precondition(mesh.facetCount() <= std::numeric_limits<std::uint32_t>::max(),
+        "a binary STL holds at most 4294967295 facets");
+    const auto facets = static_cast<std::uint32_t>(mesh.facetCount());
+    LargeBuffer<std::byte> bytes(STLRecord::fileSize(facets));
+    std::memset(bytes.data(), 0, STLRecord::headerSize);
+    std::memcpy(bytes.data() + STLRecord::headerSize, &facets, sizeof facets);
+    std::byte* record = bytes.data() + STLRecord::preambleSize;
+    constexpr std::size_t vertices = STLRecord::normalSize;
+    constexpr std::size_t attribute = vertices + STLRecord::verticesSize;
+    for (std::size_t i = 0; i < facets; ++i, record += STLRecord::facetSize) {
+        std::memcpy(record, &mesh.normals()[3 * i], STLRecord::normalSize);
+        std::memcpy(record + vertices, &mesh.positions()[3 * i], STLRecord::verticesSize);
+        std::memset(record + attribute, 0, STLRecord::facetSize - attribute);
+    }
+    return bytes;
+}
+
+[[noreturn]] void fail(const std::filesystem::path& path, int error) {
+    throw std::filesystem::filesystem_error(
+        "the model could not be written", path, std::error_code(error, std::generic_category()));
+}
+
+/// Writes all of `bytes`; gives the error number, 0 for none.
+int writeAll(int file, const LargeBuffer<std::byte>& bytes) {
+    for (std::size_t done = 0; done < bytes.size();) {
+        const auto written = ::write(file, bytes.data() + done, bytes.size() - done);
+        if (written >= 0)
+            done += static_cast<std::size_t>(written);
+        else if (errno != EINTR)
+            return errno;
+    }
+    return 0;
+}
+
+} // namespace
+
+void writeBinarySTL(const TriangleMesh& mesh, const std::filesystem::path& path) {
+    const auto bytes = binarySTL(mesh);
+    const int file = ::open(path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666);
+    if (file < 0)
+        fail(path, errno);
+    const int error = writeAll(file, bytes);
+    const int closing = ::close(file) == 0 || errno == EINTR ? 0 : errno;
+    if (error != 0 || closing != 0)
+        fail(path, error != 0 ? error : closing);
+}
+
+} // namespace ostrella

@@ -11,7 +11,10 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#ifndef __linux__
+// Declared by <unistd.h> on Linux only.
 extern char** environ;
+#endif
 
 namespace ostrella {
 

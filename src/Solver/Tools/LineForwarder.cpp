@@ -25,7 +25,7 @@ namespace {
 constexpr std::chrono::milliseconds sliceDuration{4};
 
 /// Lines between two looks at the clock.
-constexpr int linesPerLook = 64;
+constexpr int linesPerLook = 8;
 
 } // namespace
 

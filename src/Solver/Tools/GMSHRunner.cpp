@@ -1,0 +1,210 @@
+#include "Solver/Tools/GMSHRunner.h"
+
+#include "Models/MainThread.h"
+#include "Solver/Geometry/MeshOperations.h"
+#include "Solver/Tools/BundledTool.h"
+#include "Solver/Tools/LineForwarder.h"
+#include "Solver/Tools/ManagedProcess.h"
+#include "Solver/Tools/TextFile.h"
+#include "Solver/Tools/TextTemplate.h"
+
+#include <QPointer>
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <utility>
+#include <vector>
+
+namespace ostrella {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr std::string_view stlFilename = "input.stl";
+constexpr std::string_view scriptFilename = "mesh.geo";
+constexpr std::string_view meshFilename = "mesh.su2";
+
+/// Least length that the box is measured by, m: a body without extent has a box too.
+constexpr float leastLength = 1e-6F;
+
+/// The body's length along the flow, the unit of the box.
+float chord(const Vec3& size) {
+    return std::max(size.x, leastLength);
+}
+
+double wide(float value) {
+    return value;
+}
+
+/// Lines hop to the main thread, where the log lives.
+class Pen {
+public:
+    explicit Pen(LogStore& log) : log_(&log) {}
+
+    void write(std::string text, LogStore::Level level) const {
+        MainThread::run([&] {
+            if (log_) {
+                log_->append(std::move(text), level);
+            }
+        });
+    }
+    void info(std::string text) const { write(std::move(text), LogStore::Level::info); }
+
+private:
+    QPointer<LogStore> log_;
+};
+
+void replaceModel(const fs::path& file, const TriangleMesh& mesh) {
+    removeFile(file);
+    try {
+        writeBinarySTL(mesh, file);
+    } catch (const fs::filesystem_error& error) {
+        throw FileError("Cannot write " + file.string(), file, error.code(), elsewhereForRuns);
+    }
+}
+
+std::string filledTemplate(std::string text, const GMSHRunner::FarField& field) {
+    const auto fill = [&text](std::string_view placeholder, std::string_view value) {
+        text = replaceAll(text, placeholder, value);
+    };
+    const auto number = [&fill](std::string_view placeholder, float value) {
+        fill(placeholder, fmt::format("{:.6f}", wide(value)));
+    };
+    fill("{{STL_FILENAME}}", stlFilename);
+    number("{{XMIN}}", field.min.x);
+    number("{{XMAX}}", field.max.x);
+    number("{{YMIN}}", field.min.y);
+    number("{{YMAX}}", field.max.y);
+    number("{{ZMIN}}", field.min.z);
+    number("{{ZMAX}}", field.max.z);
+    number("{{LC_MIN}}", field.lcMin);
+    number("{{LC_MAX}}", field.lcMax);
+    return text;
+}
+
+void describe(const Pen& log, const Vec3& size, const GMSHRunner::FarField& field) {
+    const float unit = chord(size);
+    log.info(fmt::format("Body extent (solver frame, Z up): {:.2f} × {:.2f} × {:.2f} m",
+        wide(size.x), wide(size.y), wide(size.z)));
+    log.info(fmt::format(
+        "Far-field pads: −{:.2f} / +{:.2f} (X), ±{:.2f} (Y/Z) · {:.1f} c upstream, {:.1f} c down",
+        wide(field.padUpstream), wide(field.padDownstream), wide(field.padSide),
+        wide(field.padUpstream / unit), wide(field.padDownstream / unit)));
+    log.info(fmt::format("Far-field box: [{:.2f}, {:.2f}, {:.2f}] → [{:.2f}, {:.2f}, {:.2f}]",
+        wide(field.min.x), wide(field.min.y), wide(field.min.z), wide(field.max.x),
+        wide(field.max.y), wide(field.max.z)));
+    log.info(fmt::format("Mesh size: lc=[{:.4f}, {:.4f}]", wide(field.lcMin), wide(field.lcMax)));
+    log.info("gmsh · external aero volume mesh");
+}
+
+/// What gmsh left, judged by its files first: it exits 0 without a mesh and 1 with a good one.
+GMSHRunner::Output judged(const ManagedProcess::Outcome& outcome, const fs::path& meshFile,
+    double elapsedSeconds, const Pen& log) {
+    std::error_code error;
+    const std::uintmax_t size = fs::file_size(meshFile, error);
+    if (error || size == 0) {
+        throw GMSHError::meshNotProduced(outcome.status,
+            outcome.keptLines.empty() ? std::nullopt : std::optional(outcome.keptLines.front()));
+    }
+    if (outcome.status != 0) {
+        log.write(fmt::format("gmsh exited with code {} · non-fatal warnings, mesh still produced",
+                      outcome.status),
+            LogStore::Level::warn);
+    }
+    const auto header = SU2Output::readMeshHeader(meshFile);
+    if (header && header->elements == 0) {
+        throw GMSHError::emptyVolumeMesh();
+    }
+    log.write(header ? fmt::format("Mesh built · {} cells · {}D · {:.1f} s",
+                           LogStore::grouped(header->elements), header->dimensions, elapsedSeconds)
+                     : fmt::format("Mesh built · {:.1f} MB · {:.1f} s",
+                           static_cast<double>(size) / 1048576, elapsedSeconds),
+        LogStore::Level::ok);
+    return {meshFile, header};
+}
+
+} // namespace
+
+GMSHError::GMSHError(Kind kind, std::string text) : kind_(kind), text_(std::move(text)) {}
+
+GMSHError GMSHError::meshNotProduced(
+    std::int32_t exitCode, const std::optional<std::string>& detail) {
+    return {
+        Kind::meshNotProduced, fmt::format("gmsh exited with code {} and produced no usable mesh{}",
+                                   exitCode, detail ? fmt::format(" ({})", *detail) : "")};
+}
+
+GMSHError GMSHError::binaryNotFound(const PlatformWords& words) {
+    return {Kind::binaryNotFound,
+        fmt::format("gmsh is missing from {}. The app is incomplete; download and install "
+                    "Ostrella again.",
+            words.toolsPlace)};
+}
+
+GMSHError GMSHError::templateNotFound() {
+    return {Kind::templateNotFound, "STL meshing template missing from app bundle."};
+}
+
+GMSHError GMSHError::emptyVolumeMesh() {
+    return {Kind::emptyVolumeMesh,
+        "gmsh produced a mesh with no volume cells; the surface is probably not closed"};
+}
+
+GMSHRunner::GMSHRunner(const RunEnvironment& environment) : environment_(environment) {}
+
+GMSHRunner::FarField GMSHRunner::farField(const Vec3& boundingMin, const Vec3& boundingMax) {
+    const Vec3 size = boundingMax - boundingMin;
+    const float unit = chord(size);
+    const float lateral = std::max({size.y, size.z, leastLength});
+    const float extent = std::max({size.x, size.y, size.z});
+    FarField field;
+    field.padUpstream = 5 * unit;
+    field.padDownstream = 15 * unit;
+    field.padSide = std::max(2.5F * lateral, 4 * unit);
+    field.min = boundingMin - Vec3(field.padUpstream, field.padSide, field.padSide);
+    field.max = boundingMax + Vec3(field.padDownstream, field.padSide, field.padSide);
+    field.lcMin = std::max(0.05F * extent, 0.001F);
+    field.lcMax = extent;
+    return field;
+}
+
+GMSHRunner::Output GMSHRunner::makeMesh(const TriangleMesh& solverMesh, const fs::path& in,
+    LogStore& log, const CancellationToken& token) {
+    const std::lock_guard oneAtATime(mutex_);
+    const Pen pen(log);
+    const auto gmsh = BundledTools::locate(BundledTool::gmsh, environment_.bundle);
+    if (!gmsh) {
+        throw GMSHError::binaryNotFound(*environment_.words);
+    }
+    pen.info("Using gmsh: " + gmsh->string());
+    const auto script = environment_.bundle.resource("stl_external_aero", "geo", "su2/templates");
+    if (!script) {
+        throw GMSHError::templateNotFound();
+    }
+    std::string text = readText(*script);
+
+    const FarField field = farField(solverMesh.boundingMin(), solverMesh.boundingMax());
+    replaceModel(in / stlFilename, solverMesh);
+    writeTextAtomically(in / scriptFilename, filledTemplate(std::move(text), field));
+    describe(pen, solverMesh.size(), field);
+
+    LineForwarder forwarder(log, LogStore::Level::su2,
+        [](const std::string& line) { return line.starts_with("Error"); });
+    const Date start = environment_.clock->now();
+    const std::vector<std::string> arguments{
+        std::string(scriptFilename), "-3", "-o", std::string(meshFilename), "-nopopup"};
+    const auto outcome =
+        ManagedProcess::run(*gmsh, arguments, in, forwarder, token, *environment_.timers);
+    const double elapsed = secondsBetween(start, environment_.clock->now());
+    return judged(outcome, in / meshFilename, elapsed, pen);
+}
+
+std::string GMSHRunner::openSurfaceLine(std::int64_t count) {
+    return fmt::format("Open surface · {} open {} · the inside may be meshed too, so the figures "
+                       "are not to be trusted. Close the surface and run again.",
+        LogStore::grouped(count), count == 1 ? "edge" : "edges");
+}
+
+} // namespace ostrella

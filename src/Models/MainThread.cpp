@@ -7,6 +7,7 @@
 #include <QThread>
 
 #include <condition_variable>
+#include <deque>
 #include <exception>
 #include <memory>
 #include <mutex>
@@ -20,11 +21,26 @@ struct Hub {
     std::mutex mutex;
     std::condition_variable finished;
     QObject* context = nullptr;
+    /// What the main thread has been asked for, one event of its loop each.
+    std::deque<std::function<void()>> queue;
 };
 
 Hub& hub() {
     static Hub* const instance = new Hub;
     return *instance;
+}
+
+void performNext() {
+    std::function<void()> work;
+    {
+        const std::lock_guard lock(hub().mutex);
+        if (hub().queue.empty()) {
+            return;
+        }
+        work = std::move(hub().queue.front());
+        hub().queue.pop_front();
+    }
+    work();
 }
 
 /// One piece of work that a worker waits for. The worker may give up on it when the loop ends.
@@ -44,9 +60,11 @@ MainThread::MainThread() {
 
 MainThread::~MainThread() {
     QObject* context = nullptr;
+    decltype(Hub::queue) dropped;
     {
         const std::lock_guard lock(hub().mutex);
         std::swap(context, hub().context);
+        dropped.swap(hub().queue);
     }
     delete context;
     hub().finished.notify_all();
@@ -60,7 +78,11 @@ bool MainThread::isCurrent() {
 void MainThread::post(std::function<void()> work) {
     const std::lock_guard lock(hub().mutex);
     if (hub().context) {
-        QMetaObject::invokeMethod(hub().context, std::move(work), Qt::QueuedConnection);
+        // The event carries nothing: what it stands for passes under a lock that thread checkers
+        // see.
+        hub().queue.push_back(std::move(work));
+        QMetaObject::invokeMethod(
+            hub().context, [] { performNext(); }, Qt::QueuedConnection);
     }
 }
 

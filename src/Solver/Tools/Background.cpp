@@ -3,29 +3,61 @@
 #include "Models/MainThread.h"
 #include "Models/Precondition.h"
 
-#include <QThreadPool>
-
 #include <chrono>
+#include <condition_variable>
+#include <cstddef>
+#include <deque>
 #include <memory>
+#include <mutex>
+#include <thread>
 #include <utility>
 
 namespace ostrella::Background {
 
 namespace {
 
-constexpr int threadsPerPool = 2;
+constexpr std::size_t threadsPerPool = 2;
 
-/// Never destroyed: a pool's destructor would wait for its chores, and the application does not
-/// wait when it quits.
-QThreadPool& pool(Priority priority) {
-    const auto make = [](QThread::Priority threadPriority) {
-        auto* const made = new QThreadPool;
-        made->setMaxThreadCount(threadsPerPool);
-        made->setThreadPriority(threadPriority);
-        return made;
-    };
-    static QThreadPool* const utility = make(QThread::LowPriority);
-    static QThreadPool* const userInitiated = make(QThread::NormalPriority);
+/// A queue of chores and the threads that serve it, made as they are needed and kept.
+class Pool {
+public:
+    void start(std::function<void()> work) {
+        const std::lock_guard lock(mutex_);
+        queue_.push_back(std::move(work));
+        if (idleCount_ < queue_.size() && threadCount_ < threadsPerPool) {
+            std::thread([this] { serve(); }).detach();
+            ++threadCount_;
+        }
+        filled_.notify_one();
+    }
+
+private:
+    [[noreturn]] void serve() {
+        std::unique_lock lock(mutex_);
+        while (true) {
+            ++idleCount_;
+            filled_.wait(lock, [this] { return !queue_.empty(); });
+            --idleCount_;
+            std::function<void()> work = std::move(queue_.front());
+            queue_.pop_front();
+            lock.unlock();
+            work();
+            work = nullptr;
+            lock.lock();
+        }
+    }
+
+    std::mutex mutex_;
+    std::condition_variable filled_;
+    std::deque<std::function<void()>> queue_;
+    std::size_t threadCount_ = 0;
+    std::size_t idleCount_ = 0;
+};
+
+/// Never destroyed: the application does not wait for chores when it quits.
+Pool& pool(Priority priority) {
+    static Pool* const utility = new Pool;
+    static Pool* const userInitiated = new Pool;
     return priority == Priority::utility ? *utility : *userInitiated;
 }
 

@@ -118,6 +118,8 @@ private:
                 while (MainThread::run([this] { return deliverSlice(); })) {
                 }
             }
+            // Let go of where it lives; the channel itself may end on any thread.
+            MainThread::run([this] { log_.clear(); });
         } catch (...) {
             failure = std::current_exception();
         }

@@ -1,0 +1,8 @@
+#pragma once
+
+namespace ostrella::bench {
+
+/// Keeps VTK's filters to one thread, as our own operations are.
+void useOneVTKThread();
+
+} // namespace ostrella::bench

@@ -144,10 +144,15 @@ TEST_F(HangingGMSHTest, isTerminatedAfterThreeSeconds) {
 
 TEST_F(HangingGMSHTest, isNotWaitedForByADescendantOfIt) {
     // The shell ends with SIGTERM, its child holds the pipe open.
-    installScript("gmsh", "\"" + std::string(OSTRELLA_TEST_PROGRAMS) + "/daemon\"; exec \"" +
-                              std::string(OSTRELLA_TEST_PROGRAMS) + "/slow\"");
+    const fs::path identity = directory.path() / "descendant";
+    installScript("gmsh", "\"" + std::string(OSTRELLA_TEST_PROGRAMS) + "/slow\" & echo $! > '" +
+                              identity.string() + "'; wait");
     begin();
+    ASSERT_TRUE(test::waitUntil(
+        [&] { return fs::exists(identity) && test::readFile(identity).ends_with('\n'); }));
     timers.advance(3.0);
+    EXPECT_TRUE(test::waitUntil([&] { return done.load(); }));
+    EXPECT_EQ(::kill(std::stoi(test::readFile(identity)), SIGKILL), 0) << "it still ran";
 }
 
 TEST_F(HangingGMSHTest, isKilledIfItIsDeaf) {

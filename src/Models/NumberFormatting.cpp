@@ -7,7 +7,6 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <cstdlib>
 
 namespace ostrella::NumberFormatting {
 
@@ -31,7 +30,8 @@ std::string grouped(std::int64_t n, std::string_view separator) {
 
 std::string fixed(double value, int digits) {
     std::string text = fmt::format("{:.{}f}", value, std::max(digits, 0));
-    if (text.starts_with('-') && std::strtod(text.c_str(), nullptr) == 0.0) {
+    // Judged by the digits: a number parser would ask the user's language for the decimal mark.
+    if (text.starts_with('-') && text.find_first_not_of("0.", 1) == std::string::npos) {
         text.erase(0, 1);
     }
     return text;
@@ -54,7 +54,7 @@ std::string bytes(std::int64_t n) {
 }
 
 std::string duration(double seconds) {
-    precondition(std::isfinite(seconds), "a duration is a finite number of seconds");
+    precondition(std::abs(seconds) < 9.2e18, "a duration is a finite number of whole seconds");
     const auto whole = static_cast<std::int64_t>(std::llround(std::max(seconds, 0.0)));
     if (whole < 60) {
         return fmt::format("{} s", whole);

@@ -92,7 +92,7 @@ std::optional<StopReason> stopReason(std::string_view text) {
     if (digits == std::string_view::npos) {
         return StopReason::iterationCap(std::nullopt);
     }
-    return StopReason::iterationCap(leadingInteger<int>(rest.substr(digits)));
+    return StopReason::iterationCap(leadingInteger<std::int64_t>(rest.substr(digits)));
 }
 
 } // namespace ostrella::SU2Output

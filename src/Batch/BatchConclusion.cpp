@@ -1,7 +1,7 @@
 #include "Batch/BatchConclusion.h"
 
 #include "Batch/ExitStatus.h"
-#include "Solver/Run/RunLog.h"
+#include "Solver/Tools/RunLog.h"
 #include "Solver/Tools/AboutInfo.h"
 #include "Solver/Tools/ResultExporter.h"
 #include "Solver/Tools/TextFile.h"

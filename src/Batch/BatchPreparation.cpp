@@ -1,7 +1,7 @@
 #include "Batch/BatchPreparation.h"
 
 #include "Batch/ExitStatus.h"
-#include "Solver/Run/RunLog.h"
+#include "Solver/Tools/RunLog.h"
 #include "Solver/Run/SimulationController.h"
 
 #include <fmt/format.h>

@@ -1,6 +1,5 @@
 // The part of the built-in aerofoil's run that ends with a complete case in the run directory.
 
-#include "Solver/Run/RunLog.h"
 #include "Solver/Run/SolverLaunch.h"
 #include "Solver/Run/SolverRunner.h"
 #include "Solver/Run/StageExit.h"
@@ -22,16 +21,23 @@ constexpr int dimensions = 2;
 constexpr double referenceArea = 1.0;
 constexpr const char* meshFilename = "mesh.su2";
 
+void copyMesh(const std::filesystem::path& from, const std::filesystem::path& to) {
+    std::error_code error;
+    std::filesystem::copy_file(from, to, error);
+    if (error) {
+        throw FileError("Cannot write " + to.string(), to, error, elsewhereForRuns);
+    }
+}
+
 } // namespace
 
 SolverRunner::PreparedCase SolverRunner::prepareDemo(
-    const SimulationInputs& inputs, LogStore& log, const Events& events) const {
-    const RunLog runLog(log);
+    const SimulationInputs& inputs, const RunLog& log, const Events& events) const {
     sendEvent(events, RunPhase::solving());
     return atStage(RunStage::solver, [&] {
         PreparedCase prepared;
         prepared.dimensions = dimensions;
-        prepared.solver = locateSolver(runLog);
+        prepared.solver = locateSolver(log);
         const auto mesh = environment_.bundle.resource("n0012_897-257", "su2", "su2/fixtures");
         if (!mesh) {
             throw SolverError::meshNotFound();
@@ -41,7 +47,7 @@ SolverRunner::PreparedCase SolverRunner::prepareDemo(
         sendEvent(events, RunDirectory{prepared.directory});
 
         const std::filesystem::path meshCopy = prepared.directory / meshFilename;
-        std::filesystem::copy_file(*mesh, meshCopy);
+        copyMesh(*mesh, meshCopy);
         if (const auto header = SU2Output::readMeshHeader(meshCopy)) {
             prepared.meshCells = header->elements;
             sendEvent(events, MeshCells{header->elements});
@@ -54,8 +60,8 @@ SolverRunner::PreparedCase SolverRunner::prepareDemo(
                            configTemplate, incompressible, meshFilename, dimensions),
                 "{{REF_AREA}}", fmt::format("{:.6f}", referenceArea));
         writeTextAtomically(prepared.directory / "run.cfg", configuration);
-        runLog.info(fmt::format("Working dir: {}", prepared.directory.string()));
-        runLog.info(fmt::format("V={:.2f} m/s, α={:.2f}°, ρ={:.3f} kg/m³, ITER={}", inputs.velocity,
+        log.info(fmt::format("Working dir: {}", prepared.directory.string()));
+        log.info(fmt::format("V={:.2f} m/s, α={:.2f}°, ρ={:.3f} kg/m³, ITER={}", inputs.velocity,
             inputs.alpha, inputs.density, inputs.maxIterations));
         return prepared;
     });

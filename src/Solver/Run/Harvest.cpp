@@ -26,10 +26,10 @@ SimulationResult harvestResult(const fs::path& runDirectory,
     result.runDirectory = runDirectory;
     result.flowVTK = runDirectory / "flow.vtk";
     result.surfaceVTK = runDirectory / "surface_flow.vtk";
+    token.throwIfCancelled();
     if (!hasContent(result.flowVTK) && !hasContent(result.surfaceVTK)) {
         throw SolverError::noReadableOutput();
     }
-    token.throwIfCancelled();
     result.historyCSV = ifPresent(runDirectory / "history.csv");
     result.configFile = ifPresent(runDirectory / "run.cfg");
     result.elapsedSeconds = solve.elapsedSeconds;

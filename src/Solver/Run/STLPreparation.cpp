@@ -1,9 +1,9 @@
 // The part of a run around the user's model that ends with a complete case in the run directory.
 
+#include "Solver/Geometry/ModelScreen.h"
 #include "Solver/Geometry/SolverFrame.h"
 #include "Solver/Geometry/Welding.h"
 #include "Solver/Run/ReferenceArea.h"
-#include "Solver/Run/RunLog.h"
 #include "Solver/Run/SolverLaunch.h"
 #include "Solver/Run/SolverRunner.h"
 #include "Solver/Run/StageExit.h"
@@ -35,33 +35,35 @@ std::string renderConfiguration(const std::string& configTemplate, const Simulat
 } // namespace
 
 SolverRunner::PreparedCase SolverRunner::prepareSTL(const STLContext& stl,
-    const SimulationInputs& inputs, LogStore& log, const Events& events) const {
-    const RunLog runLog(log);
+    const SimulationInputs& inputs, const RunLog& log, const Events& events) const {
     sendEvent(events, RunPhase::meshing());
 
     PreparedCase prepared;
     prepared.dimensions = dimensions;
     const bool compressible = inputs.regime == FlowRegime::compressible;
     const std::string configTemplate = atStage(RunStage::solver, [&] {
-        prepared.solver = locateSolver(runLog);
+        prepared.solver = locateSolver(log);
         std::string text = readText(
             locateTemplate(compressible ? "compressible_rans_sa_3d" : "incompressible_rans_sa_3d"));
         prepared.directory = makeRunDirectory();
         sendEvent(events, RunDirectory{prepared.directory});
-        runLog.info(fmt::format("Working dir: {}", prepared.directory.string()));
-        runLog.info(fmt::format(
+        log.info(fmt::format("Working dir: {}", prepared.directory.string()));
+        log.info(fmt::format(
             "Regime: {}", compressible ? "Compressible (transonic+)" : "Incompressible (M < 0.3)"));
         return text;
     });
 
     const TriangleMesh body = SolverFrame::toSolver(stl.mesh);
     const double area = referenceArea(body);
-    runLog.info("Geometry turned into the solver frame (app Y up → SU2 Z up)");
+    log.info("Geometry turned into the solver frame (app Y up → SU2 Z up)");
 
-    const GMSHRunner::Output mesh = atStage(RunStage::mesh,
-        [&] { return GMSHRunner(environment_).makeMesh(body, prepared.directory, log, token_); });
+    const GMSHRunner::Output mesh = atStage(RunStage::mesh, [&] {
+        // A turn can carry a far-off body that was fit for use as loaded beyond what can be welded.
+        screenModel(body);
+        return GMSHRunner(environment_).makeMesh(body, prepared.directory, log, token_);
+    });
     if (const auto openEdges = openEdgeCount(body); openEdges > 0) {
-        runLog.warn(GMSHRunner::openSurfaceLine(static_cast<std::int64_t>(openEdges)));
+        log.warn(GMSHRunner::openSurfaceLine(static_cast<std::int64_t>(openEdges)));
     }
     if (mesh.header) {
         prepared.meshCells = mesh.header->elements;
@@ -72,10 +74,10 @@ SolverRunner::PreparedCase SolverRunner::prepareSTL(const STLContext& stl,
 
     const std::string configuration =
         renderConfiguration(configTemplate, inputs, mesh.meshURL.filename().string(), area);
-    runLog.info(fmt::format("Reference area (planform, top view): {:.4f} m²", area));
+    log.info(fmt::format("Reference area (planform, top view): {:.4f} m²", area));
     atStage(RunStage::solver,
         [&] { writeTextAtomically(prepared.directory / "run.cfg", configuration); });
-    runLog.info(fmt::format("V={:.2f} m/s, α={:.2f}°, β={:.2f}°, ρ={:.3f} kg/m³, ITER={}",
+    log.info(fmt::format("V={:.2f} m/s, α={:.2f}°, β={:.2f}°, ρ={:.3f} kg/m³, ITER={}",
         inputs.velocity, inputs.alpha, inputs.beta, inputs.density, inputs.maxIterations));
     return prepared;
 }

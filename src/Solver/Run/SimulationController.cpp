@@ -116,11 +116,15 @@ void SimulationController::launch(std::optional<SolverRunner::STLContext> stl) {
     parameters_->setIsRunning(true);
     const std::int64_t id = ++runID_;
     runTask_.emplace();
+    if (isCancelling_) {
+        // Asked for by a listener to one of the values set above.
+        runTask_->cancel();
+    }
 
     // The worker holds the controller weakly and everything else by value or weakly too, so that it
     // can outlive the main loop. It is never waited for.
     std::thread([weak = QPointer(this), environment = environment_, token = runTask_->token(), id,
-                    started, inputs, shown, discarded, stl = std::move(stl), log = log_,
+                    started, inputs, shown, discarded, stl = std::move(stl), log = RunLog(*log_),
                     history = history_] {
         Outcome outcome;
         try {
@@ -138,8 +142,8 @@ void SimulationController::launch(std::optional<SolverRunner::STLContext> stl) {
                 }
                 history->reset();
             });
-            outcome = stl ? runner.runSTL(*stl, inputs, *log, *history, events)
-                          : runner.runDemo(inputs, *log, *history, events);
+            outcome = stl ? runner.runSTL(*stl, inputs, log, history, events)
+                          : runner.runDemo(inputs, log, history, events);
         } catch (...) {
             outcome = std::current_exception();
         }
@@ -173,6 +177,10 @@ void SimulationController::complete(
         succeed(std::move(*result), inputs);
     } else {
         fail(std::get<std::exception_ptr>(outcome), started);
+    }
+    if (runID != runID_) {
+        // A listener to the final phase has begun the next run; the rest is that run's.
+        return;
     }
     if (parameters_) {
         parameters_->setIsRunning(false);

@@ -1,7 +1,6 @@
 #include "Solver/Run/SolverLaunch.h"
 
 #include "Models/HistoryStore.h"
-#include "Solver/Run/RunLog.h"
 #include "Solver/Tools/HistoryCSVReader.h"
 #include "Solver/Tools/LineForwarder.h"
 #include "Solver/Tools/ManagedProcess.h"
@@ -12,6 +11,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <new>
 #include <thread>
 
 namespace ostrella {
@@ -25,12 +25,12 @@ constexpr std::chrono::milliseconds pollPeriod{250};
 /// Follows the history file on a thread of its own until it is ended.
 class HistoryPoller {
 public:
-    HistoryPoller(fs::path url, int dimensions, HistoryStore& history, TimerService& timers,
-        const CancellationToken& run)
+    HistoryPoller(fs::path url, int dimensions, QPointer<HistoryStore> history,
+        TimerService& timers, const CancellationToken& run)
         : registration_(run.onCancel([stop = stop_] { stop.cancel(); })),
-          thread_([url = std::move(url), dimensions, &history, &timers, token = stop_.token()] {
-              follow(url, dimensions, history, timers, token);
-          }) {}
+          thread_([url = std::move(url), dimensions, history = std::move(history), &timers,
+                      token = stop_.token()] { follow(url, dimensions, history, timers, token); }) {
+    }
     ~HistoryPoller() {
         stop_.cancel();
         thread_.join();
@@ -39,14 +39,16 @@ public:
     HistoryPoller& operator=(const HistoryPoller&) = delete;
 
 private:
-    static void follow(const fs::path& url, int dimensions, HistoryStore& history,
+    static void follow(const fs::path& url, int dimensions, const QPointer<HistoryStore>& history,
         TimerService& timers, const CancellationToken& token) {
-        try {
-            while (timers.sleep(pollPeriod, token)) {
+        while (timers.sleep(pollPeriod, token)) {
+            try {
                 flushHistory(url, dimensions, history, token);
+            } catch (const CancellationError&) {
+                return; // The main loop has ended: there is nobody left to read for.
+            } catch (const std::bad_alloc&) {
+                continue; // The next one may find room; the last one is the run's own.
             }
-        } catch (const CancellationError&) {
-            // The main loop has ended: there is nobody left to read for.
         }
     }
 
@@ -67,7 +69,7 @@ std::optional<StopReason> lastStopReason(const std::vector<std::string>& keptLin
 } // namespace
 
 SolverRunner::SolveOutcome launchSU2(const fs::path& binaryURL, const fs::path& in, int dimensions,
-    LogStore& log, HistoryStore* history, const RunEnvironment& environment,
+    const RunLog& log, const QPointer<HistoryStore>& history, const RunEnvironment& environment,
     const CancellationToken& token) {
     const fs::path historyFile = in / "history.csv";
     LineForwarder forwarder(log, LogStore::Level::su2,
@@ -75,26 +77,21 @@ SolverRunner::SolveOutcome launchSU2(const fs::path& binaryURL, const fs::path& 
     const Date start = environment.clock->now();
     ManagedProcess::Outcome outcome;
     {
-        std::optional<HistoryPoller> poller;
-        if (history) {
-            poller.emplace(historyFile, dimensions, *history, *environment.timers, token);
-        }
+        const HistoryPoller poller(historyFile, dimensions, history, *environment.timers, token);
         outcome =
             ManagedProcess::run(binaryURL, {"run.cfg"}, in, forwarder, token, *environment.timers);
     }
     const double elapsed = secondsBetween(start, environment.clock->now());
-    if (history) {
-        flushHistory(historyFile, dimensions, *history, token);
-    }
+    flushHistory(historyFile, dimensions, history, token);
     if (outcome.status != 0) {
         throw SolverError::nonZeroExit(outcome.status);
     }
-    RunLog(log).info(fmt::format("SU2_CFD finished in {:.1f} s", elapsed));
+    log.info(fmt::format("SU2_CFD finished in {:.1f} s", elapsed));
     return {lastStopReason(outcome.keptLines), elapsed};
 }
 
-void flushHistory(
-    const fs::path& url, int dimensions, HistoryStore& into, const CancellationToken& token) {
+void flushHistory(const fs::path& url, int dimensions, const QPointer<HistoryStore>& into,
+    const CancellationToken& token) {
     std::string text;
     try {
         text = readText(url);
@@ -103,15 +100,21 @@ void flushHistory(
     }
     auto parsed = HistoryCSVReader::parse(text, dimensions);
     MainThread::run([&] {
-        if (token.isCancelled()) {
+        if (token.isCancelled() || !into) {
             return;
         }
-        into.setResiduals(std::move(parsed.residuals));
-        into.setCoefficients(std::move(parsed.coefficients));
-        into.setResidualLabels(std::move(parsed.residualLabels));
-        into.setCoefficientLabels(std::move(parsed.coefficientLabels));
-        into.setHasData(!into.residuals().empty() || !into.coefficients().empty());
+        into->setResiduals(std::move(parsed.residuals));
+        into->setCoefficients(std::move(parsed.coefficients));
+        into->setResidualLabels(std::move(parsed.residualLabels));
+        into->setCoefficientLabels(std::move(parsed.coefficientLabels));
+        into->setHasData(!into->residuals().empty() || !into->coefficients().empty());
     });
+}
+
+void sendEvent(const SolverRunner::Events& events, const SolverRunner::Event& event) {
+    if (events) {
+        MainThread::run([&] { events(event); });
+    }
 }
 
 } // namespace ostrella

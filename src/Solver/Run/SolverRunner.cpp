@@ -1,7 +1,8 @@
 #include "Solver/Run/SolverRunner.h"
 
+#include "Models/HistoryStore.h"
+#include "Platform/FileError.h"
 #include "Solver/Run/Harvest.h"
-#include "Solver/Run/RunLog.h"
 #include "Solver/Run/SolverLaunch.h"
 #include "Solver/Run/StageExit.h"
 #include "Solver/Tools/BundledTool.h"
@@ -22,20 +23,20 @@ SolverRunner::SolverRunner(
       directory_(std::move(directory)) {}
 
 SimulationResult SolverRunner::runSTL(const STLContext& stl, const SimulationInputs& inputs,
-    LogStore& log, HistoryStore& history, const Events& events) const {
+    const RunLog& log, const QPointer<HistoryStore>& history, const Events& events) const {
     return solveAndHarvest(prepareSTL(stl, inputs, log, events), log, history, events);
 }
 
-SimulationResult SolverRunner::runDemo(const SimulationInputs& inputs, LogStore& log,
-    HistoryStore& history, const Events& events) const {
+SimulationResult SolverRunner::runDemo(const SimulationInputs& inputs, const RunLog& log,
+    const QPointer<HistoryStore>& history, const Events& events) const {
     return solveAndHarvest(prepareDemo(inputs, log, events), log, history, events);
 }
 
-SimulationResult SolverRunner::solveAndHarvest(const PreparedCase& prepared, LogStore& log,
-    HistoryStore& history, const Events& events) const {
-    RunLog(log).info("Launching SU2_CFD…");
+SimulationResult SolverRunner::solveAndHarvest(const PreparedCase& prepared, const RunLog& log,
+    const QPointer<HistoryStore>& history, const Events& events) const {
+    log.info("Launching SU2_CFD…");
     const SolveOutcome outcome = atStage(RunStage::solver, [&] {
-        return launchSU2(prepared.solver, prepared.directory, prepared.dimensions, log, &history,
+        return launchSU2(prepared.solver, prepared.directory, prepared.dimensions, log, history,
             environment_, token_);
     });
     token_.throwIfCancelled();
@@ -46,7 +47,12 @@ SimulationResult SolverRunner::solveAndHarvest(const PreparedCase& prepared, Log
 
 fs::path SolverRunner::makeRunDirectory() const {
     if (directory_) {
-        fs::create_directories(*directory_);
+        std::error_code error;
+        fs::create_directories(*directory_, error);
+        if (error) {
+            throw FileError("Cannot make the folder " + directory_->string(), *directory_, error,
+                "choose another folder");
+        }
         return *directory_;
     }
     return RunDirectories::create(environment_.temporaryDirectory);
@@ -70,12 +76,6 @@ fs::path SolverRunner::locateTemplate(std::string_view name) const {
         throw SolverError::templateNotFound();
     }
     return *found;
-}
-
-void sendEvent(const SolverRunner::Events& events, const SolverRunner::Event& event) {
-    if (events) {
-        MainThread::run([&] { events(event); });
-    }
 }
 
 } // namespace ostrella

@@ -5,6 +5,9 @@
 #include "Models/SimulationInputs.h"
 #include "Models/TriangleMesh.h"
 #include "Solver/Tools/RunEnvironment.h"
+#include "Solver/Tools/RunLog.h"
+
+#include <QPointer>
 
 #include <cstdint>
 #include <filesystem>
@@ -16,13 +19,12 @@
 namespace ostrella {
 
 class HistoryStore;
-class LogStore;
-class RunLog;
 
 /// The driver of one run: from a turned model, or the built-in aerofoil case, to the solver's exit
 /// and its results. It works synchronously on the run's worker thread and speaks through four
-/// channels only: the log, the history, the events, and what it returns or throws. Cancellation
-/// leaves as CancellationError, every other failure as RunStageError.
+/// channels only: the log, the history, the events, and what it returns or throws. It holds log and
+/// history weakly, so that it may outlive them at the end of the process. Cancellation leaves as
+/// CancellationError, every other failure as RunStageError.
 class SolverRunner {
 public:
     /// The number of volume elements of the mesh.
@@ -69,29 +71,27 @@ public:
         std::optional<std::filesystem::path> directory = std::nullopt);
 
     /// Meshes the air around the model and solves the flow.
-    SimulationResult runSTL(const STLContext& stl, const SimulationInputs& inputs, LogStore& log,
-        HistoryStore& history, const Events& events) const;
+    SimulationResult runSTL(const STLContext& stl, const SimulationInputs& inputs,
+        const RunLog& log, const QPointer<HistoryStore>& history, const Events& events) const;
 
     /// Solves the built-in two-dimensional NACA0012 case.
-    SimulationResult runDemo(const SimulationInputs& inputs, LogStore& log, HistoryStore& history,
-        const Events& events) const;
+    SimulationResult runDemo(const SimulationInputs& inputs, const RunLog& log,
+        const QPointer<HistoryStore>& history, const Events& events) const;
 
     /// The part of runSTL up to and including the written configuration.
-    PreparedCase prepareSTL(const STLContext& stl, const SimulationInputs& inputs, LogStore& log,
-        const Events& events) const;
+    PreparedCase prepareSTL(const STLContext& stl, const SimulationInputs& inputs,
+        const RunLog& log, const Events& events) const;
 
     /// The part of runDemo up to and including the written configuration.
     PreparedCase prepareDemo(
-        const SimulationInputs& inputs, LogStore& log, const Events& events) const;
+        const SimulationInputs& inputs, const RunLog& log, const Events& events) const;
 
 private:
     std::filesystem::path makeRunDirectory() const;
     std::filesystem::path locateSolver(const RunLog& log) const;
     std::filesystem::path locateTemplate(std::string_view name) const;
-    PreparedCase beginSTL(
-        const SimulationInputs& inputs, const RunLog& log, const Events& events) const;
-    SimulationResult solveAndHarvest(const PreparedCase& prepared, LogStore& log,
-        HistoryStore& history, const Events& events) const;
+    SimulationResult solveAndHarvest(const PreparedCase& prepared, const RunLog& log,
+        const QPointer<HistoryStore>& history, const Events& events) const;
 
     RunEnvironment environment_;
     CancellationToken token_;

@@ -1,14 +1,11 @@
 #include "Solver/Tools/GMSHRunner.h"
 
-#include "Models/MainThread.h"
 #include "Solver/Geometry/MeshOperations.h"
 #include "Solver/Tools/BundledTool.h"
 #include "Solver/Tools/LineForwarder.h"
 #include "Solver/Tools/ManagedProcess.h"
 #include "Solver/Tools/TextFile.h"
 #include "Solver/Tools/TextTemplate.h"
-
-#include <QPointer>
 
 #include <fmt/format.h>
 
@@ -38,24 +35,6 @@ double wide(float value) {
     return value;
 }
 
-/// Lines hop to the main thread, where the log lives.
-class Pen {
-public:
-    explicit Pen(LogStore& log) : log_(&log) {}
-
-    void write(std::string text, LogStore::Level level) const {
-        MainThread::run([&] {
-            if (log_) {
-                log_->append(std::move(text), level);
-            }
-        });
-    }
-    void info(std::string text) const { write(std::move(text), LogStore::Level::info); }
-
-private:
-    QPointer<LogStore> log_;
-};
-
 void replaceModel(const fs::path& file, const TriangleMesh& mesh) {
     removeFile(file);
     try {
@@ -84,7 +63,7 @@ std::string filledTemplate(std::string text, const GMSHRunner::FarField& field) 
     return text;
 }
 
-void describe(const Pen& log, const Vec3& size, const GMSHRunner::FarField& field) {
+void describe(const RunLog& log, const Vec3& size, const GMSHRunner::FarField& field) {
     const float unit = chord(size);
     log.info(fmt::format("Body extent (solver frame, Z up): {:.2f} × {:.2f} × {:.2f} m",
         wide(size.x), wide(size.y), wide(size.z)));
@@ -101,7 +80,7 @@ void describe(const Pen& log, const Vec3& size, const GMSHRunner::FarField& fiel
 
 /// What gmsh left, judged by its files first: it exits 0 without a mesh and 1 with a good one.
 GMSHRunner::Output judged(const ManagedProcess::Outcome& outcome, const fs::path& meshFile,
-    double elapsedSeconds, const Pen& log) {
+    double elapsedSeconds, const RunLog& log) {
     std::error_code error;
     const std::uintmax_t size = fs::file_size(meshFile, error);
     if (error || size == 0) {
@@ -109,18 +88,18 @@ GMSHRunner::Output judged(const ManagedProcess::Outcome& outcome, const fs::path
             outcome.keptLines.empty() ? std::nullopt : std::optional(outcome.keptLines.front()));
     }
     if (outcome.status != 0) {
-        log.write(fmt::format("gmsh exited with code {} · non-fatal warnings, mesh still produced",
-                      outcome.status),
+        log.append(fmt::format("gmsh exited with code {} · non-fatal warnings, mesh still produced",
+                       outcome.status),
             LogStore::Level::warn);
     }
     const auto header = SU2Output::readMeshHeader(meshFile);
     if (header && header->elements == 0) {
         throw GMSHError::emptyVolumeMesh();
     }
-    log.write(header ? fmt::format("Mesh built · {} cells · {}D · {:.1f} s",
-                           LogStore::grouped(header->elements), header->dimensions, elapsedSeconds)
-                     : fmt::format("Mesh built · {:.1f} MB · {:.1f} s",
-                           static_cast<double>(size) / 1048576, elapsedSeconds),
+    log.append(header ? fmt::format("Mesh built · {} cells · {}D · {:.1f} s",
+                            LogStore::grouped(header->elements), header->dimensions, elapsedSeconds)
+                      : fmt::format("Mesh built · {:.1f} MB · {:.1f} s",
+                            static_cast<double>(size) / 1048576, elapsedSeconds),
         LogStore::Level::ok);
     return {meshFile, header};
 }
@@ -171,14 +150,13 @@ GMSHRunner::FarField GMSHRunner::farField(const Vec3& boundingMin, const Vec3& b
 }
 
 GMSHRunner::Output GMSHRunner::makeMesh(const TriangleMesh& solverMesh, const fs::path& in,
-    LogStore& log, const CancellationToken& token) {
+    const RunLog& log, const CancellationToken& token) {
     const std::lock_guard oneAtATime(mutex_);
-    const Pen pen(log);
     const auto gmsh = BundledTools::locate(BundledTool::gmsh, environment_.bundle);
     if (!gmsh) {
         throw GMSHError::binaryNotFound(*environment_.words);
     }
-    pen.info("Using gmsh: " + gmsh->string());
+    log.info("Using gmsh: " + gmsh->string());
     const auto script = environment_.bundle.resource("stl_external_aero", "geo", "su2/templates");
     if (!script) {
         throw GMSHError::templateNotFound();
@@ -188,7 +166,7 @@ GMSHRunner::Output GMSHRunner::makeMesh(const TriangleMesh& solverMesh, const fs
     const FarField field = farField(solverMesh.boundingMin(), solverMesh.boundingMax());
     replaceModel(in / stlFilename, solverMesh);
     writeTextAtomically(in / scriptFilename, filledTemplate(std::move(text), field));
-    describe(pen, solverMesh.size(), field);
+    describe(log, solverMesh.size(), field);
 
     LineForwarder forwarder(log, LogStore::Level::su2,
         [](const std::string& line) { return line.starts_with("Error"); });
@@ -198,7 +176,7 @@ GMSHRunner::Output GMSHRunner::makeMesh(const TriangleMesh& solverMesh, const fs
     const auto outcome =
         ManagedProcess::run(*gmsh, arguments, in, forwarder, token, *environment_.timers);
     const double elapsed = secondsBetween(start, environment_.clock->now());
-    return judged(outcome, in / meshFilename, elapsed, pen);
+    return judged(outcome, in / meshFilename, elapsed, log);
 }
 
 std::string GMSHRunner::openSurfaceLine(std::int64_t count) {

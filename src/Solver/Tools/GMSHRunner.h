@@ -1,11 +1,11 @@
 #pragma once
 
 #include "Models/Cancellation.h"
-#include "Models/LogStore.h"
 #include "Models/PlatformWords.h"
 #include "Models/TriangleMesh.h"
 #include "Models/Vector.h"
 #include "Solver/Tools/RunEnvironment.h"
+#include "Solver/Tools/RunLog.h"
 #include "Solver/Tools/SU2Output.h"
 
 #include <cstdint>
@@ -72,8 +72,8 @@ public:
     /// out; returns "mesh.su2". For a worker: log lines hop to the main thread, and the calls of
     /// one runner wait for each other. Throws GMSHError, CancellationError, or the error of a file
     /// that could not be read or written.
-    Output makeMesh(const TriangleMesh& solverMesh, const std::filesystem::path& in, LogStore& log,
-        const CancellationToken& token);
+    Output makeMesh(const TriangleMesh& solverMesh, const std::filesystem::path& in,
+        const RunLog& log, const CancellationToken& token);
 
     /// The box for a body's bounding box, in multiples of its length along x.
     static FarField farField(const Vec3& boundingMin, const Vec3& boundingMax);

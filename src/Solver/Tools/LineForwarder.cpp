@@ -5,8 +5,6 @@
 #include "Platform/PipeReader.h"
 #include "Solver/Tools/LineDecoding.h"
 
-#include <QPointer>
-
 #include <chrono>
 #include <condition_variable>
 #include <deque>
@@ -33,8 +31,8 @@ constexpr int linesPerLook = 8;
 /// go.
 class LineForwarder::Channel {
 public:
-    Channel(LogStore& log, LogStore::Level level, std::function<bool(const std::string&)> keep)
-        : log_(&log), level_(level), keep_(std::move(keep)) {}
+    Channel(const RunLog& log, LogStore::Level level, std::function<bool(const std::string&)> keep)
+        : log_(log.store()), level_(level), keep_(std::move(keep)) {}
 
     /// Starts the thread that offers the main thread one slice of lines after the other. It waits
     /// for the main thread, never the other way round, and so the main thread's queue of events
@@ -184,7 +182,7 @@ private:
 };
 
 LineForwarder::LineForwarder(
-    LogStore& log, LogStore::Level level, std::function<bool(const std::string&)> keep)
+    const RunLog& log, LogStore::Level level, std::function<bool(const std::string&)> keep)
     : channel_(std::make_shared<Channel>(log, level, std::move(keep))) {
     Channel::startConsumer(channel_);
 }

@@ -2,6 +2,7 @@
 
 #include "Models/LogStore.h"
 #include "Models/Timers.h"
+#include "Solver/Tools/RunLog.h"
 
 #include <cstddef>
 #include <functional>
@@ -20,7 +21,7 @@ class LineForwarder {
 public:
     /// `keep` is called on the main thread for each line, in the order of arrival.
     LineForwarder(
-        LogStore& log, LogStore::Level level, std::function<bool(const std::string&)> keep);
+        const RunLog& log, LogStore::Level level, std::function<bool(const std::string&)> keep);
     /// Closes. Lines that have arrived still reach the log.
     ~LineForwarder();
     LineForwarder(const LineForwarder&) = delete;

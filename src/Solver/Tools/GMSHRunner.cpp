@@ -4,6 +4,7 @@
 #include "Solver/Tools/BundledTool.h"
 #include "Solver/Tools/LineForwarder.h"
 #include "Solver/Tools/ManagedProcess.h"
+#include "Solver/Tools/SurfaceRoad.h"
 #include "Solver/Tools/TextFile.h"
 #include "Solver/Tools/TextTemplate.h"
 
@@ -44,7 +45,8 @@ void replaceModel(const fs::path& file, const TriangleMesh& mesh) {
     }
 }
 
-std::string filledTemplate(std::string text, const GMSHRunner::FarField& field) {
+std::string filledTemplate(
+    std::string text, const GMSHRunner::FarField& field, const TriangleMesh& mesh) {
     const auto fill = [&text](std::string_view placeholder, std::string_view value) {
         text = replaceAll(text, placeholder, value);
     };
@@ -60,6 +62,8 @@ std::string filledTemplate(std::string text, const GMSHRunner::FarField& field) 
     number("{{ZMAX}}", field.max.z);
     number("{{LC_MIN}}", field.lcMin);
     number("{{LC_MAX}}", field.lcMax);
+    fill("{{SURFACE_ROAD}}",
+        surfaceRoad(mesh.positions().span(), field.lcMin, field.lcMax).scriptValue());
     return text;
 }
 
@@ -165,7 +169,7 @@ GMSHRunner::Output GMSHRunner::makeMesh(const TriangleMesh& solverMesh, const fs
 
     const FarField field = farField(solverMesh.boundingMin(), solverMesh.boundingMax());
     replaceModel(in / stlFilename, solverMesh);
-    writeTextAtomically(in / scriptFilename, filledTemplate(std::move(text), field));
+    writeTextAtomically(in / scriptFilename, filledTemplate(std::move(text), field, solverMesh));
     describe(log, solverMesh.size(), field);
 
     LineForwarder forwarder(log, LogStore::Level::su2,

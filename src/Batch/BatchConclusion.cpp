@@ -1,10 +1,8 @@
 #include "Batch/BatchConclusion.h"
 
+#include "Batch/BatchTargets.h"
 #include "Batch/ExitStatus.h"
-#include "Solver/Tools/RunLog.h"
-#include "Solver/Tools/AboutInfo.h"
 #include "Solver/Tools/ResultExporter.h"
-#include "Solver/Tools/TextFile.h"
 
 #include <fmt/format.h>
 
@@ -32,42 +30,42 @@ bool exportFiles(BatchReport& report, const SimulationResult& result, const RunL
     }
 }
 
-bool writeReport(BatchReport& report, const RunEnvironment& environment, const RunLog& log) {
-    report.mesher = AboutInfo::probeGMSH(environment.bundle, *environment.timers);
-    report.solver = AboutInfo::probeSU2(environment.bundle, *environment.words);
-    report.solverIsStandIn = environment.bundle.solverIsStandIn();
+bool writeReport(const BatchReport& report, const RunLog& log) {
     try {
-        writeTextAtomically(*report.options.jsonFile, toJSON(report));
+        BatchTargets::writeReport(*report.options.jsonFile, toJSON(report));
         return true;
-    } catch (const std::exception& error) {
-        log.append(fmt::format("JSON not written · {}", error.what()), LogStore::Level::error);
+    } catch (const fs::filesystem_error& error) {
+        log.append(
+            fmt::format("JSON not written · Cannot write {}: {}. Name another file with --json.",
+                report.options.jsonFile->string(), error.code().message()),
+            LogStore::Level::error);
         return false;
     }
-}
-
-void removeRunDirectory(const fs::path& parent) {
-    std::error_code error;
-    fs::remove_all(parent, error);
 }
 
 } // namespace
 
 int concludeRun(BatchReport report, int status, const std::optional<SimulationResult>& result,
-    const RunEnvironment& environment, LogStore& log) {
-    const RunLog runLog(log);
-    if (report.options.exportFolder && result && !exportFiles(report, *result, runLog)) {
+    const RunEnvironment& environment, const RunLog& log) {
+    bool keepsDirectory = report.options.keepRunDirectory;
+    if (report.options.exportFolder && result && !exportFiles(report, *result, log)) {
         status = worsened(status);
+        // It holds the only copy of what was wanted.
+        keepsDirectory = true;
     }
-    const bool isPrepared = report.options.prepareFolder.has_value();
-    if (!isPrepared) {
-        if (!report.options.keepRunDirectory) {
-            removeRunDirectory(environment.temporaryDirectory);
+    if (!report.options.prepareFolder) {
+        if (keepsDirectory && report.runDirectory) {
+            log.info(fmt::format("Run directory kept · {}", report.runDirectory->string()));
+        } else {
+            std::error_code error;
+            fs::remove_all(environment.temporaryDirectory, error);
+            if (report.failure && report.runDirectory) {
+                log.info("Run directory removed · --keep-run-directory keeps it for a look");
+            }
             report.runDirectory.reset();
-        } else if (report.runDirectory) {
-            runLog.info(fmt::format("Run directory kept · {}", report.runDirectory->string()));
         }
     }
-    if (report.options.jsonFile && !writeReport(report, environment, runLog)) {
+    if (report.options.jsonFile && !writeReport(report, log)) {
         status = worsened(status);
     }
     return status;

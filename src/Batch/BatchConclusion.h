@@ -3,17 +3,16 @@
 #include "Batch/BatchReport.h"
 #include "Models/RunState.h"
 #include "Solver/Tools/RunEnvironment.h"
+#include "Solver/Tools/RunLog.h"
 
 #include <optional>
 
 namespace ostrella {
 
-class LogStore;
-
 /// What is left to do when a batch run has ended: export, the JSON file, and the run directory's
 /// removal unless it is kept. Returns the exit status, which is `status` unless something that was
 /// asked for could not be written. For a worker thread.
 int concludeRun(BatchReport report, int status, const std::optional<SimulationResult>& result,
-    const RunEnvironment& environment, LogStore& log);
+    const RunEnvironment& environment, const RunLog& log);
 
 } // namespace ostrella

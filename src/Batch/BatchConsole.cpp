@@ -4,6 +4,9 @@
 
 #include <QString>
 
+#include <cstdlib>
+#include <string_view>
+
 #include <sys/ioctl.h>
 #include <unistd.h>
 
@@ -14,6 +17,11 @@ namespace {
 /// The first `columns` characters of a UTF-8 text; every character of ours is one column wide.
 std::string cut(const std::string& text, int columns) {
     return QString::fromStdString(text).left(columns).toStdString();
+}
+
+bool canBeWrittenOver() {
+    const char* const kind = std::getenv("TERM");
+    return kind && *kind != '\0' && std::string_view(kind) != "dumb";
 }
 
 int width(std::FILE* stream) {
@@ -27,7 +35,10 @@ int width(std::FILE* stream) {
 } // namespace
 
 BatchConsole::BatchConsole(std::FILE* stream, bool quiet)
-    : stream_(stream), quiet_(quiet), isTerminal_(isatty(fileno(stream)) == 1) {}
+    : stream_(stream),
+      quiet_(quiet),
+      isTerminal_(isatty(fileno(stream)) == 1),
+      showsProgress_(isTerminal_ && canBeWrittenOver()) {}
 
 void BatchConsole::print(const LogStore::Line& line) {
     if (!(quiet_ && line.level == LogStore::Level::su2)) {
@@ -37,19 +48,34 @@ void BatchConsole::print(const LogStore::Line& line) {
 
 void BatchConsole::print(const std::string& text) {
     clearProgress();
-    std::fprintf(stream_, "%s\n", text.c_str());
+    std::fprintf(stream_, "%s\n", shown(text).c_str());
     drawProgress();
     std::fflush(stream_);
 }
 
 void BatchConsole::setProgress(const std::string& text) {
-    if (!isTerminal_) {
+    if (!showsProgress_) {
         return;
     }
     clearProgress();
     progress_ = text;
     drawProgress();
     std::fflush(stream_);
+}
+
+/// A terminal obeys control characters, and neither a child program nor a file's name is to move
+/// its cursor or change its colours. Elsewhere the text stays as it is.
+std::string BatchConsole::shown(const std::string& text) const {
+    std::string result = text;
+    if (isTerminal_) {
+        for (char& c : result) {
+            const auto code = static_cast<unsigned char>(c);
+            if ((code < 0x20 && c != '\t') || code == 0x7F) {
+                c = '?';
+            }
+        }
+    }
+    return result;
 }
 
 void BatchConsole::clearProgress() {

@@ -44,7 +44,8 @@ struct BatchReply {
 /// Reads the command line, the program's name first. A reply with status 2 tells what is wrong.
 std::variant<BatchOptions, BatchReply> parseBatchOptions(const std::vector<std::string>& arguments);
 
-/// The help text.
-std::string batchHelp();
+/// A sentence for each value that the run will not look at, such as the regime of the built-in
+/// case.
+std::vector<std::string> optionsWithoutEffect(const BatchOptions& options);
 
 } // namespace ostrella

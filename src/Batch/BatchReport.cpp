@@ -63,6 +63,7 @@ std::string toJSON(const BatchReport& report) {
     json["application"] = "Ostrella " + AppBundle::version();
     json["inputs"] = inputsOf(report.options);
     json["phase"] = report.phase;
+    json["failure"] = Json();
     if (report.failure) {
         json["failure"] = {{"stage", report.failure->first}, {"message", report.failure->second}};
     }
@@ -76,10 +77,10 @@ std::string toJSON(const BatchReport& report) {
     json["coefficients"] = coefficients;
     json["referenceArea_m2"] = orNull(report.referenceArea);
     json["openEdges"] = orNull(report.openEdges);
-    json["surfaceIsOpen"] = report.openEdges.value_or(0) > 0;
+    json["surfaceIsOpen"] = report.openEdges ? Json(*report.openEdges > 0) : Json();
     json["times_s"] = numbersOf(report.times);
-    json["tools"] = {{"mesher", report.mesher}, {"solver", report.solver},
-        {"solverIsStandIn", report.solverIsStandIn}};
+    json["tools"] = {{"mesher", report.tools.mesher}, {"solver", report.tools.solver},
+        {"solverIsStandIn", report.tools.solverIsStandIn}};
     json["runDirectory"] = report.runDirectory ? Json(report.runDirectory->string()) : Json();
     json["exported"] = Json::array();
     for (const auto& file : report.exported) {

@@ -7,17 +7,25 @@
 #include <filesystem>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
 namespace ostrella {
+
+/// What the two child programs are.
+struct ToolFacts {
+    std::string mesher;
+    std::string solver;
+    bool solverIsStandIn = false;
+};
 
 /// Everything that the JSON file of a batch run tells.
 struct BatchReport {
     BatchOptions options;
     /// "finished", "failed", "cancelled" or "prepared".
     std::string phase;
-    /// Of a failure: stage and text.
+    /// Of a failure: stage ("model" where the model could not be loaded) and text.
     std::optional<std::pair<std::string, std::string>> failure;
     std::optional<StopReason> stopReason;
     bool converged = false;
@@ -31,15 +39,16 @@ struct BatchReport {
     std::optional<std::int64_t> openEdges;
     /// Seconds by stage name, in the order of the run.
     std::vector<std::pair<std::string, double>> times;
-    std::string mesher;
-    std::string solver;
-    bool solverIsStandIn = false;
+    ToolFacts tools;
     /// Present if it was kept, or holds the prepared case.
     std::optional<std::filesystem::path> runDirectory;
     std::vector<std::filesystem::path> exported;
 };
 
-/// The report as JSON text, indented, keys in a fixed order.
+/// What every report begins with, by which an earlier one is known.
+inline constexpr std::string_view reportBeginning = "{\n  \"application\": \"Ostrella ";
+
+/// The report as JSON text, indented, keys in a fixed order; what is not known is null.
 std::string toJSON(const BatchReport& report);
 
 } // namespace ostrella

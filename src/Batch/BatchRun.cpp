@@ -4,12 +4,11 @@
 #include "Batch/BatchPreparation.h"
 #include "Batch/BatchProgress.h"
 #include "Batch/ExitStatus.h"
+#include "Batch/RunFigures.h"
 #include "Models/MainThread.h"
 #include "Platform/SystemFacts.h"
 #include "Solver/Geometry/MeshOperations.h"
-#include "Solver/Geometry/SolverFrame.h"
-#include "Solver/Run/ReferenceArea.h"
-#include "Solver/Tools/Background.h"
+#include "Solver/Tools/AboutInfo.h"
 
 #include <QCoreApplication>
 
@@ -17,14 +16,20 @@
 
 namespace ostrella {
 
+namespace {
+
+constexpr int progressPeriod = 250; // ms
+
+} // namespace
+
 BatchRun::BatchRun(RunEnvironment environment, BatchOptions options, BatchConsole& console)
     : environment_(environment),
       options_(std::move(options)),
       console_(console),
       app_(std::move(environment), preferences_, SystemFacts::bootFacts(),
-          [this](const std::string& message, const std::string& text) { alert(message, text); }) {
+          [this](const std::string& message, const std::string& text) { refuse(message, text); }) {
     connect(&app_.logStore, &LogStore::linesChanged, this, &BatchRun::printNewLines);
-    connect(&app_.simulation, &SimulationController::phaseChanged, this, &BatchRun::trackPhase);
+    connect(&app_.simulation, &SimulationController::phaseChanged, this, &BatchRun::showPhaseOfRun);
     connect(&app_.historyStore, &HistoryStore::residualsChanged, this, [this] {
         const auto latest = app_.historyStore.latestIteration();
         rate_.record(latest ? std::optional<std::int64_t>(*latest + 1) : std::nullopt,
@@ -35,7 +40,11 @@ BatchRun::BatchRun(RunEnvironment environment, BatchOptions options, BatchConsol
 
 void BatchRun::start() {
     printNewLines();
+    for (const std::string& note : optionsWithoutEffect(options_)) {
+        app_.logStore.append(note, LogStore::Level::warn);
+    }
     applyOptions();
+    probeTools();
     app_.start();
     if (options_.demo) {
         begin();
@@ -66,6 +75,18 @@ void BatchRun::applyOptions() {
     app_.appSettings.setStreamlineSeedCount(inputs.streamlineSeedCount);
 }
 
+/// Beside the load, so that a mesher that hangs when it is asked for its version delays no end.
+void BatchRun::probeTools() {
+    if (!options_.jsonFile) {
+        return;
+    }
+    probe_ = Background::run([tools = tools_, environment = environment_] {
+        tools->mesher = AboutInfo::probeGMSH(environment.bundle, *environment.timers);
+        tools->solver = AboutInfo::probeSU2(environment.bundle, *environment.words);
+        tools->solverIsStandIn = environment.bundle.solverIsStandIn();
+    });
+}
+
 void BatchRun::loadModel() {
     if (options_.sample) {
         app_.samples.load(*options_.sample, app_.parameters);
@@ -79,26 +100,31 @@ void BatchRun::begin() {
         return;
     }
     hasBegun_ = true;
+    if (console_.showsProgress()) {
+        progressTimer_.start(progressPeriod);
+    }
     if (options_.prepareFolder) {
         prepare();
         return;
     }
-    if (console_.showsProgress()) {
-        progressTimer_.start(250);
-    }
     app_.notifications.post(
         options_.demo ? Notifications::runDemoRequested : Notifications::runSimulationRequested);
+    if (phases_.empty()) {
+        refuse("Couldn't start the run", "The model holds nothing that could be run.");
+    }
 }
 
 void BatchRun::cancel() {
-    if (options_.prepareFolder && hasBegun_) {
-        preparation_.cancel();
-    } else if (app_.simulation.phase().isActive()) {
-        app_.notifications.post(Notifications::cancelSimulationRequested);
-    } else if (!isEnding_) {
+    if (isEnding_) {
+        return;
+    }
+    if (!hasBegun_) {
         app_.logStore.append("Cancelled by user before the run", LogStore::Level::warn);
-        isEnding_ = true;
-        QCoreApplication::exit(ExitStatus::cancelled);
+        finish(RunPhase::cancelled(), ExitStatus::cancelled);
+    } else if (options_.prepareFolder) {
+        preparation_.cancel();
+    } else {
+        app_.notifications.post(Notifications::cancelSimulationRequested);
     }
 }
 
@@ -109,36 +135,50 @@ void BatchRun::printNewLines() {
     }
 }
 
-void BatchRun::trackPhase() {
-    const RunPhase& phase = app_.simulation.phase();
+void BatchRun::enter(const RunPhase& phase) {
     if (phases_.empty() || phases_.back().first != phase) {
         phases_.emplace_back(phase, environment_.clock->now());
     }
-    if (hasBegun_ && !phase.isActive() && !isEnding_) {
-        isEnding_ = true;
-        // After the controller's own closing steps.
-        QMetaObject::invokeMethod(
-            this, [this] { finish(); }, Qt::QueuedConnection);
+}
+
+void BatchRun::showPhaseOfRun() {
+    const RunPhase& phase = app_.simulation.phase();
+    if (!hasBegun_ || isEnding_) {
+        return;
     }
+    enter(phase);
+    if (phase.isActive()) {
+        return;
+    }
+    int status = ExitStatus::finished;
+    if (phase.kind == RunPhase::Kind::failed) {
+        status = ExitStatus::ofStage(phase.stage);
+    } else if (phase.kind == RunPhase::Kind::cancelled) {
+        status = ExitStatus::cancelled;
+    }
+    isEnding_ = true;
+    // After the controller's own closing steps.
+    QMetaObject::invokeMethod(
+        this, [this, phase, status] { finish(phase, status); }, Qt::QueuedConnection);
 }
 
 void BatchRun::updateProgress() {
-    BatchProgress progress;
-    const HistoryStore& history = app_.historyStore;
-    const Date now = environment_.clock->now();
-    progress.phase = app_.simulation.phase();
-    if (!progress.phase.isActive()) {
+    if (phases_.empty() || !phases_.back().first.isActive()) {
         console_.setProgress("");
         return;
     }
+    BatchProgress progress;
+    const HistoryStore& history = app_.historyStore;
+    const Date now = environment_.clock->now();
+    progress.phase = phases_.back().first;
+    progress.maxIterations = options_.inputs.maxIterations;
+    progress.elapsedSeconds = secondsBetween(phases_.front().second, now);
     if (const auto latest = history.latestIteration()) {
         progress.iteration = *latest + 1;
         if (progress.phase.kind != RunPhase::Kind::postProcessing) {
-            progress.remainingSeconds =
-                rate_.remainingSeconds(app_.simulation.maxIterations(), now);
+            progress.remainingSeconds = rate_.remainingSeconds(progress.maxIterations, now);
         }
     }
-    progress.maxIterations = app_.simulation.maxIterations();
     if (!history.residualLabels().empty()) {
         const std::string& label = history.residualLabels().front();
         if (const auto value = history.latestValue(label)) {
@@ -147,91 +187,61 @@ void BatchRun::updateProgress() {
     }
     progress.cl = history.latestValue("CL");
     progress.cd = history.latestValue("CD");
-    progress.elapsedSeconds = secondsBetween(app_.simulation.startedAt().value_or(now), now);
     console_.setProgress(progressLine(progress));
 }
 
-void BatchRun::finish() {
+void BatchRun::finish(const RunPhase& phase, int status) {
+    isEnding_ = true;
     progressTimer_.stop();
     console_.setProgress("");
-    BatchReport report;
-    collectResult(report);
-    int status = ExitStatus::finished;
-    const RunPhase& phase = app_.simulation.phase();
-    if (phase.kind == RunPhase::Kind::failed) {
+    BatchReport report = RunFigures::collect(app_, options_);
+    report.times = RunFigures::stageTimes(phases_);
+    if (options_.prepareFolder) {
+        report.cells = preparedCells_;
+    }
+    switch (phase.kind) {
+    case RunPhase::Kind::failed:
         report.phase = "failed";
         report.failure = {phase.stage, phase.message};
-        status = ExitStatus::ofStage(phase.stage);
-    } else if (phase.kind == RunPhase::Kind::cancelled) {
+        if (phase.stage == rawValue(RunStage::mesh) && report.openEdges.value_or(0) > 0) {
+            // The closing line has the mesher's own words; this is what to do about them.
+            app_.logStore.append(phase.message, LogStore::Level::warn);
+        }
+        break;
+    case RunPhase::Kind::cancelled:
         report.phase = "cancelled";
-        status = ExitStatus::cancelled;
-    } else {
-        report.phase = "finished";
+        break;
+    default:
+        report.phase = options_.prepareFolder ? "prepared" : "finished";
+        if (options_.prepareFolder) {
+            report.runDirectory = options_.prepareFolder;
+        }
     }
     conclude(std::move(report), status);
 }
 
-void BatchRun::collectResult(BatchReport& report) const {
-    report.options = options_;
-    report.openEdges = app_.parameters.openEdgeCount();
-    report.cells = app_.simulation.meshCells();
-    if (const auto& summary = app_.simulation.summary()) {
-        report.converged = summary->converged;
-        report.iterations = summary->iterations;
-    } else if (const auto latest = app_.historyStore.latestIteration()) {
-        report.iterations = *latest + 1;
-    }
-    for (const auto& [label, value] : app_.historyStore.latestCoefficients()) {
-        // "Cm" repeats one of the solver's own.
-        if (label != "Cm") {
-            report.coefficients.emplace_back(label, value);
-        }
-    }
-    if (options_.demo) {
-        report.referenceArea = 1.0;
-    } else if (const auto& mesh = app_.parameters.mesh()) {
-        report.referenceArea =
-            referenceArea(SolverFrame::toSolver(rotated(*mesh, app_.parameters.rotationRadians())));
-    }
-    if (const auto& result = app_.parameters.lastRunResult()) {
-        report.stopReason = result->stopReason;
-        report.runDirectory = result->runDirectory;
-    } else {
-        report.runDirectory = app_.simulation.discardedRunDirectory();
-    }
-    const auto nameOf = [](const RunPhase& phase) {
-        return phase.kind == RunPhase::Kind::meshing   ? "mesh"
-               : phase.kind == RunPhase::Kind::solving ? "solver"
-                                                       : "results";
-    };
-    for (std::size_t i = 0; i + 1 < phases_.size(); ++i) {
-        if (phases_[i].first.isActive()) {
-            report.times.emplace_back(
-                nameOf(phases_[i].first), secondsBetween(phases_[i].second, phases_[i + 1].second));
-        }
-    }
-}
-
 void BatchRun::prepare() {
-    SolverRunner runner(environment_, preparation_.token(), options_.prepareFolder);
+    const SolverRunner runner(environment_, preparation_.token(), options_.prepareFolder);
     std::optional<SolverRunner::STLContext> stl;
     if (!options_.demo) {
         stl = SolverRunner::STLContext{*app_.parameters.stlURL(),
             rotated(*app_.parameters.mesh(), app_.parameters.rotationRadians())};
     }
-    isEnding_ = true;
+    const SolverRunner::Events events = [this](const SolverRunner::Event& event) {
+        if (const auto* phase = std::get_if<RunPhase>(&event)) {
+            enter(*phase);
+        }
+    };
     Background::run(
-        [this, runner = std::move(runner), stl = std::move(stl),
-            inputs = app_.parameters.snapshot(&app_.appSettings)] {
-            auto outcome = prepareCase(runner, stl, inputs, *options_.prepareFolder, app_.logStore);
-            MainThread::post([this, outcome = std::move(outcome)] {
-                BatchReport report;
-                collectResult(report);
-                report.phase = outcome.phase;
-                report.failure = outcome.failure;
-                report.cells = outcome.cells;
-                report.runDirectory = options_.prepareFolder;
-                conclude(std::move(report), outcome.status);
+        [this, runner, stl = std::move(stl), events, log = RunLog(app_.logStore),
+            inputs = app_.parameters.snapshot(&app_.appSettings),
+            openEdges = app_.parameters.openEdgeCount(),
+            preparation = CasePreparation(*options_.prepareFolder, options_.keepRunDirectory)] {
+            const auto outcome = preparation.run(runner, stl, inputs, openEdges, log, events);
+            MainThread::post([this, outcome] {
+                preparedCells_ = outcome.cells;
+                enter(outcome.phase);
+                finish(outcome.phase, outcome.status);
             });
         },
         Background::Priority::userInitiated);
@@ -239,17 +249,26 @@ void BatchRun::prepare() {
 
 void BatchRun::conclude(BatchReport report, int status) {
     Background::run(
-        [this, report = std::move(report), status, result = app_.parameters.lastRunResult()] {
-            const int final = concludeRun(report, status, result, environment_, app_.logStore);
+        [this, report = std::move(report), status, log = RunLog(app_.logStore), tools = tools_,
+            probe = probe_, result = app_.parameters.lastRunResult()]() mutable {
+            int final = ExitStatus::resultsFailed;
+            try {
+                probe.wait();
+                report.tools = *tools;
+                final = concludeRun(std::move(report), status, result, environment_, log);
+            } catch (const std::exception& error) {
+                MainThread::post([this, text = std::string(error.what())] {
+                    app_.logStore.append("Conclusion failed · " + text, LogStore::Level::error);
+                });
+            }
             MainThread::post([final] { QCoreApplication::exit(final); });
         },
         Background::Priority::userInitiated);
 }
 
-void BatchRun::alert(const std::string& message, const std::string& text) {
+void BatchRun::refuse(const std::string& message, const std::string& text) {
     app_.logStore.append(message + " · " + text, LogStore::Level::error);
-    isEnding_ = true;
-    QCoreApplication::exit(ExitStatus::wrongUsage);
+    finish(RunPhase::failed("model", text), ExitStatus::wrongUsage);
 }
 
 } // namespace ostrella

@@ -6,11 +6,16 @@
 #include "Models/IterationRate.h"
 #include "Models/PreferenceStore.h"
 #include "Ostrella/OstrellaApp.h"
+#include "Solver/Tools/Background.h"
 
 #include <QObject>
 #include <QTimer>
 
+#include <memory>
 #include <optional>
+#include <string>
+#include <utility>
+#include <vector>
 
 namespace ostrella {
 
@@ -31,16 +36,17 @@ public:
 
 private:
     void applyOptions();
+    void probeTools();
     void loadModel();
     void begin();
     void prepare();
     void printNewLines();
-    void trackPhase();
+    void enter(const RunPhase& phase);
+    void showPhaseOfRun();
     void updateProgress();
-    void finish();
-    void collectResult(BatchReport& report) const;
+    void finish(const RunPhase& phase, int status);
     void conclude(BatchReport report, int status);
-    void alert(const std::string& message, const std::string& text);
+    void refuse(const std::string& message, const std::string& text);
 
     RunEnvironment environment_;
     BatchOptions options_;
@@ -57,6 +63,11 @@ private:
     /// When each phase began, in the order of the run.
     std::vector<std::pair<RunPhase, Date>> phases_;
     CancellationSource preparation_;
+    std::optional<std::int64_t> preparedCells_;
+
+    /// Written by the probe alone, and read when it has ended.
+    std::shared_ptr<ToolFacts> tools_ = std::make_shared<ToolFacts>();
+    Background::Chore probe_;
 };
 
 } // namespace ostrella

@@ -3,7 +3,9 @@
 #include "Batch/BatchConsole.h"
 #include "Batch/BatchOptions.h"
 #include "Batch/BatchRun.h"
+#include "Batch/BatchTargets.h"
 #include "Batch/ExitStatus.h"
+#include "Batch/UsageError.h"
 #include "Models/MainThread.h"
 #include "Platform/SystemFacts.h"
 #include "Platform/TerminationSignals.h"
@@ -11,47 +13,38 @@
 #include <QCoreApplication>
 #include <QUuid>
 
+#include <clocale>
 #include <cstdio>
+
+#include <fcntl.h>
+#include <unistd.h>
 
 using namespace ostrella;
 
 namespace {
 
 /// A parent for run directories that nobody else prunes, and in which nothing of anybody else's
-/// lies.
+/// lies. Throws UsageError.
 std::filesystem::path ownTemporaryDirectory() {
     const std::string id = QUuid::createUuid().toString(QUuid::Id128).toStdString();
-    std::error_code error;
-    const auto parent = std::filesystem::temp_directory_path(error);
-    return (error ? std::filesystem::path("/tmp") : parent) / ("ostrella-batch-" + id);
+    return BatchTargets::temporaryDirectory() / ("ostrella-batch-" + id);
 }
 
-/// A folder for a case must not hold anything yet: nothing of the user's is written over.
-bool isTaken(const std::filesystem::path& folder) {
-    std::error_code error;
-    return std::filesystem::exists(folder, error) &&
-           !(std::filesystem::is_directory(folder, error) &&
-               std::filesystem::is_empty(folder, error));
+/// Whatever is opened while a standard stream is closed would take its number, and the log would
+/// be written into it.
+void fillStandardStreams() {
+    for (int number = STDIN_FILENO; number <= STDERR_FILENO; ++number) {
+        if (fcntl(number, F_GETFD) < 0) {
+            // The lowest free number is the one that was found free.
+            [[maybe_unused]] const int opened = open("/dev/null", O_RDWR);
+        }
+    }
 }
 
-} // namespace
-
-int main(int argc, char** argv) {
-    QCoreApplication application(argc, argv);
-    QCoreApplication::setApplicationName(QStringLiteral("ostrella-batch"));
-
-    auto parsed = parseBatchOptions({argv, argv + argc});
-    if (const auto* reply = std::get_if<BatchReply>(&parsed)) {
-        std::fputs(reply->text.c_str(), reply->status == 0 ? stdout : stderr);
-        return reply->status;
+int perform(BatchOptions options) {
+    if (const auto problem = BatchTargets::problem(options)) {
+        throw UsageError(*problem);
     }
-    auto options = std::get<BatchOptions>(std::move(parsed));
-    if (options.prepareFolder && isTaken(*options.prepareFolder)) {
-        std::fprintf(stderr, "--prepare wants a new or empty folder: %s holds something already.\n",
-            options.prepareFolder->c_str());
-        return ExitStatus::wrongUsage;
-    }
-
     const MainThread mainThread;
     TerminationSignals signals;
     BatchConsole console(stdout, options.quiet);
@@ -60,4 +53,26 @@ int main(int argc, char** argv) {
     QObject::connect(&signals, &TerminationSignals::requested, &run, &BatchRun::cancel);
     QMetaObject::invokeMethod(&run, &BatchRun::start, Qt::QueuedConnection);
     return QCoreApplication::exec();
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    fillStandardStreams();
+    QCoreApplication application(argc, argv);
+    QCoreApplication::setApplicationName(QStringLiteral("ostrella-batch"));
+    // Qt takes over the user's language; numbers in files and on the command line have a point.
+    std::setlocale(LC_NUMERIC, "C");
+
+    auto parsed = parseBatchOptions({argv, argv + argc});
+    if (const auto* reply = std::get_if<BatchReply>(&parsed)) {
+        std::fputs(reply->text.c_str(), reply->status == 0 ? stdout : stderr);
+        return reply->status;
+    }
+    try {
+        return perform(std::get<BatchOptions>(std::move(parsed)));
+    } catch (const UsageError& error) {
+        std::fprintf(stderr, "%s\n", error.what());
+        return ExitStatus::wrongUsage;
+    }
 }

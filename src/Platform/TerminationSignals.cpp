@@ -4,6 +4,7 @@
 
 #include <QSocketNotifier>
 
+#include <cerrno>
 #include <csignal>
 
 #include <fcntl.h>
@@ -18,9 +19,17 @@ namespace {
 int ends[2] = {-1, -1};
 
 extern "C" void passOn(int) {
+    // The interrupted code may be about to look at its own error.
+    const int error = errno;
     const char mark = 1;
     // Nothing can be done about a failure inside a signal handler, and one mark is enough.
     [[maybe_unused]] const auto written = write(ends[0], &mark, 1);
+    errno = error;
+}
+
+bool isIgnored(int number) {
+    struct sigaction present {};
+    return sigaction(number, nullptr, &present) == 0 && present.sa_handler == SIG_IGN;
 }
 
 void setHandler(void (*handler)(int)) {
@@ -28,8 +37,11 @@ void setHandler(void (*handler)(int)) {
     action.sa_handler = handler;
     action.sa_flags = SA_RESTART;
     sigemptyset(&action.sa_mask);
-    for (const int number : {SIGINT, SIGTERM}) {
-        sigaction(number, &action, nullptr);
+    for (const int number : {SIGINT, SIGTERM, SIGHUP, SIGPIPE}) {
+        // Who ignores SIGHUP wants to go on without a terminal.
+        if (number != SIGHUP || !isIgnored(SIGHUP)) {
+            sigaction(number, &action, nullptr);
+        }
     }
 }
 
@@ -55,6 +67,7 @@ TerminationSignals::TerminationSignals(QObject* parent) : QObject(parent) {
 
 TerminationSignals::~TerminationSignals() {
     setHandler(SIG_DFL);
+    delete notifier_;
     for (int& end : ends) {
         close(end);
         end = -1;

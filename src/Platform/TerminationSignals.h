@@ -6,7 +6,9 @@ class QSocketNotifier;
 
 namespace ostrella {
 
-/// Turns SIGINT and SIGTERM into a Qt signal on the main thread. One at a time.
+/// Turns the signals that ask the process to end into a Qt signal on the main thread: SIGINT and
+/// SIGTERM, SIGHUP when the terminal goes away (unless it was ignored at the start, as nohup does),
+/// and SIGPIPE when nobody reads the output any more. One instance at a time.
 class TerminationSignals : public QObject {
     Q_OBJECT
 

@@ -1,0 +1,150 @@
+#include "Batch/OptionTable.h"
+
+#include "Batch/OptionNumber.h"
+#include "Batch/UsageError.h"
+#include "Models/ParameterTable.h"
+#include "Solver/Run/SampleLoader.h"
+
+#include <fmt/format.h>
+#include <fmt/ranges.h>
+
+#include <algorithm>
+#include <optional>
+#include <type_traits>
+
+namespace ostrella {
+
+namespace {
+
+std::string sampleNames() {
+    std::vector<std::string_view> names;
+    for (const auto& sample : SampleLoader::samples) {
+        names.push_back(sample.id);
+    }
+    return fmt::format("{}", fmt::join(names, ", "));
+}
+
+template <class Value>
+Value parseChoice(std::string_view option, const std::string& word,
+    const std::optional<Value>& value, std::string_view choices) {
+    if (!value) {
+        throw UsageError(fmt::format("--{} wants one of {}, not \"{}\".", option, choices, word));
+    }
+    return *value;
+}
+
+void parseSample(const std::string& word, BatchOptions& options) {
+    const auto& samples = SampleLoader::samples;
+    const bool isKnown = std::any_of(samples.begin(), samples.end(),
+        [&word](const SampleLoader::Sample& sample) { return sample.id == word; });
+    options.sample =
+        parseChoice("sample", word, isKnown ? std::optional(word) : std::nullopt, sampleNames());
+}
+
+void parseRotation(const std::string& word, BatchOptions& options) {
+    std::vector<std::string> parts(1);
+    for (const char c : word) {
+        if (c == ',') {
+            parts.emplace_back();
+        } else {
+            parts.back() += c;
+        }
+    }
+    if (parts.size() != 3) {
+        throw UsageError(fmt::format("--rotate wants three angles X,Y,Z, not \"{}\".", word));
+    }
+    options.rotationX = OptionNumber::parse("rotate", parts[0], ParameterTable::rotationX);
+    options.rotationY = OptionNumber::parse("rotate", parts[1], ParameterTable::rotationY);
+    options.rotationZ = OptionNumber::parse("rotate", parts[2], ParameterTable::rotationZ);
+}
+
+constexpr std::string_view turbulenceChoices = "spalartAllmaras, sst, laminar";
+constexpr std::string_view regimeChoices = "incompressible, compressible";
+
+/// The option of a parameter of the sidebar or the settings.
+template <class Target>
+BatchOption numberOption(const ParameterInfo& info, Target SimulationInputs::*field) {
+    return {std::string(info.option), "NUMBER",
+        fmt::format(
+            "{} {}, default {}.", info.help, OptionNumber::rangeText(info), info.defaultValue),
+        [&info, field](const std::string& word, BatchOptions& options) {
+            if constexpr (std::is_same_v<Target, int>) {
+                options.inputs.*field = OptionNumber::parseWhole(info.option, word, info);
+            } else {
+                options.inputs.*field =
+                    static_cast<Target>(OptionNumber::parse(info.option, word, info));
+            }
+        }};
+}
+
+std::vector<BatchOption> bodyOptions() {
+    return {
+        {"sample", "NAME", fmt::format("Run a sample body: {}.", sampleNames()),
+            [](const std::string& word, BatchOptions& options) { parseSample(word, options); }},
+        {"demo", "", "Run the built-in two-dimensional NACA0012 case.",
+            [](const std::string&, BatchOptions& options) { options.demo = true; }},
+        {"rotate", "X,Y,Z",
+            fmt::format(
+                "Turn the model by X, then Y, then Z degrees about its axes (y is up, the flow "
+                "runs along x). {} each.",
+                OptionNumber::rangeText(ParameterTable::rotationX)),
+            [](const std::string& word, BatchOptions& options) { parseRotation(word, options); }},
+    };
+}
+
+std::vector<BatchOption> flowOptions() {
+    using Inputs = SimulationInputs;
+    return {
+        numberOption(ParameterTable::velocity, &Inputs::velocity),
+        numberOption(ParameterTable::alpha, &Inputs::alpha),
+        numberOption(ParameterTable::beta, &Inputs::beta),
+        numberOption(ParameterTable::density, &Inputs::density),
+        {"regime", "NAME", fmt::format("Flow regime: {}. Default incompressible.", regimeChoices),
+            [](const std::string& word, BatchOptions& options) {
+                options.inputs.regime =
+                    parseChoice("regime", word, flowRegimeFromRawValue(word), regimeChoices);
+            }},
+        {"turbulence", "NAME",
+            fmt::format("Turbulence model: {}. Default spalartAllmaras.", turbulenceChoices),
+            [](const std::string& word, BatchOptions& options) {
+                options.inputs.turbulenceModel = parseChoice(
+                    "turbulence", word, turbulenceModelFromRawValue(word), turbulenceChoices);
+            }},
+        {"sa-rotation-correction", "", "Rotation correction of the Spalart-Allmaras model.",
+            [](const std::string&, BatchOptions& options) {
+                options.inputs.saRotationCorrection = true;
+            }},
+        {"sa-transition", "", "Transition option of the Spalart-Allmaras model.",
+            [](const std::string&, BatchOptions& options) { options.inputs.saTransition = true; }},
+        numberOption(ParameterTable::maxIterations, &Inputs::maxIterations),
+        numberOption(ParameterTable::upstreamFactor, &Inputs::streamlineUpstreamFactor),
+        numberOption(ParameterTable::downstreamFactor, &Inputs::streamlineDownstreamFactor),
+        numberOption(ParameterTable::seedCount, &Inputs::streamlineSeedCount),
+    };
+}
+
+std::vector<BatchOption> outputOptions() {
+    return {
+        {"export", "DIR", "Copy the result files to a folder; nothing there is overwritten.",
+            [](const std::string& word, BatchOptions& options) { options.exportFolder = word; }},
+        {"json", "FILE", "Write the inputs, figures, times and tools of the run to a file.",
+            [](const std::string& word, BatchOptions& options) { options.jsonFile = word; }},
+        {"prepare", "DIR",
+            "Write the complete case to a new or empty folder and stop ahead of the solver, so "
+            "that it can be solved elsewhere with \"SU2_CFD run.cfg\".",
+            [](const std::string& word, BatchOptions& options) { options.prepareFolder = word; }},
+        {"keep-run-directory", "", "Leave the run's own directory on the disk and name it.",
+            [](const std::string&, BatchOptions& options) { options.keepRunDirectory = true; }},
+        {"quiet", "", "Leave out the lines of gmsh and the solver.",
+            [](const std::string&, BatchOptions& options) { options.quiet = true; }},
+    };
+}
+
+} // namespace
+
+std::vector<BatchOptionGroup> batchOptionGroups() {
+    return {{"The body", bodyOptions()}, {"The flow", flowOptions()},
+        {"What is kept", outputOptions()}};
+}
+
+} // namespace ostrella

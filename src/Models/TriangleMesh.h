@@ -5,6 +5,7 @@
 #include "Models/Vector.h"
 
 #include <cstddef>
+#include <utility>
 
 namespace ostrella {
 
@@ -20,8 +21,11 @@ public:
     /// length, or of a length that is no multiple of 3, end the process.
     TriangleMesh(SharedArray<Vec3> positions, SharedArray<Vec3> normals);
 
-    const SharedArray<Vec3>& positions() const { return positions_; }
-    const SharedArray<Vec3>& normals() const { return normals_; }
+    const SharedArray<Vec3>& positions() const& { return positions_; }
+    const SharedArray<Vec3>& normals() const& { return normals_; }
+    // Of a temporary mesh the array itself, so that a loop over it holds what it walks through.
+    SharedArray<Vec3> positions() && { return std::move(positions_); }
+    SharedArray<Vec3> normals() && { return std::move(normals_); }
     const Vec3& boundingMin() const { return box_.min; }
     const Vec3& boundingMax() const { return box_.max; }
     const BoundingBox& boundingBox() const { return box_; }

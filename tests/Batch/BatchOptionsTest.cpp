@@ -1,0 +1,202 @@
+#include "Batch/BatchOptions.h"
+
+#include <gmock/gmock.h>
+
+namespace ostrella {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+std::variant<BatchOptions, BatchReply> parse(std::vector<std::string> words) {
+    words.insert(words.begin(), "ostrella-batch");
+    return parseBatchOptions(words);
+}
+
+BatchOptions options(std::vector<std::string> words) {
+    const auto parsed = parse(std::move(words));
+    if (const auto* reply = std::get_if<BatchReply>(&parsed)) {
+        ADD_FAILURE() << reply->text;
+        return {};
+    }
+    return std::get<BatchOptions>(parsed);
+}
+
+/// The text of a command line that is refused with status 2.
+std::string refusal(std::vector<std::string> words) {
+    const auto parsed = parse(std::move(words));
+    const auto* reply = std::get_if<BatchReply>(&parsed);
+    if (!reply) {
+        ADD_FAILURE() << "the command line was taken";
+        return {};
+    }
+    EXPECT_EQ(reply->status, 2);
+    EXPECT_THAT(reply->text, HasSubstr("See ostrella-batch --help."));
+    return reply->text.substr(0, reply->text.find('\n'));
+}
+
+TEST(BatchOptions, AModelAloneRunsWithTheSidebarsDefaults) {
+    const BatchOptions read = options({"wing.stl"});
+    EXPECT_EQ(read.model, "wing.stl");
+    EXPECT_FALSE(read.sample);
+    EXPECT_FALSE(read.demo);
+    EXPECT_EQ(read.inputs, SimulationInputs());
+    EXPECT_EQ(read.inputs.velocity, 50);
+    EXPECT_EQ(read.inputs.maxIterations, 200);
+    EXPECT_EQ(read.rotationX, 0);
+    EXPECT_FALSE(read.exportFolder);
+    EXPECT_FALSE(read.jsonFile);
+    EXPECT_FALSE(read.prepareFolder);
+    EXPECT_FALSE(read.keepRunDirectory);
+    EXPECT_FALSE(read.quiet);
+}
+
+TEST(BatchOptions, EveryParameterHasAnOption) {
+    const BatchOptions read = options({"--sample", "sphere", "--velocity", "60.5", "--alpha", "-5",
+        "--beta=7", "--density", "1.1", "--regime", "compressible", "--turbulence", "sst",
+        "--sa-rotation-correction", "--sa-transition", "--iterations", "75", "--inlet-offset",
+        "0.25", "--wake-length", "4", "--seed-count", "30", "--rotate", "-90,12.5,180", "--export",
+        "out", "--json=a=b.json", "--keep-run-directory", "--quiet"});
+    EXPECT_EQ(read.sample, "sphere");
+    EXPECT_EQ(read.inputs.velocity, 60.5);
+    EXPECT_EQ(read.inputs.alpha, -5);
+    EXPECT_EQ(read.inputs.beta, 7);
+    EXPECT_EQ(read.inputs.density, 1.1);
+    EXPECT_EQ(read.inputs.regime, FlowRegime::compressible);
+    EXPECT_EQ(read.inputs.turbulenceModel, TurbulenceModel::sst);
+    EXPECT_TRUE(read.inputs.saRotationCorrection);
+    EXPECT_TRUE(read.inputs.saTransition);
+    EXPECT_EQ(read.inputs.maxIterations, 75);
+    EXPECT_EQ(read.inputs.streamlineUpstreamFactor, 0.25F);
+    EXPECT_EQ(read.inputs.streamlineDownstreamFactor, 4);
+    EXPECT_EQ(read.inputs.streamlineSeedCount, 30);
+    EXPECT_EQ(read.rotationX, -90);
+    EXPECT_EQ(read.rotationY, 12.5);
+    EXPECT_EQ(read.rotationZ, 180);
+    EXPECT_EQ(read.exportFolder, "out");
+    EXPECT_EQ(read.jsonFile, "a=b.json");
+    EXPECT_TRUE(read.keepRunDirectory);
+    EXPECT_TRUE(read.quiet);
+    EXPECT_EQ(options({"--demo", "--prepare", "case"}).prepareFolder, "case");
+}
+
+TEST(BatchOptions, TheLimitsBelongToTheRange) {
+    EXPECT_EQ(options({"--demo", "--velocity", "0.01"}).inputs.velocity, 0.01);
+    EXPECT_EQ(options({"--demo", "--velocity", "500"}).inputs.velocity, 500);
+    EXPECT_EQ(options({"--demo", "--alpha", "-90"}).inputs.alpha, -90);
+    EXPECT_EQ(options({"--demo", "--density", "10"}).inputs.density, 10);
+    EXPECT_EQ(options({"--demo", "--iterations", "50"}).inputs.maxIterations, 50);
+    EXPECT_EQ(options({"--demo", "--iterations", "50000"}).inputs.maxIterations, 50000);
+    EXPECT_EQ(options({"--demo", "--rotate", "180,-180,0"}).rotationY, -180);
+}
+
+TEST(BatchOptions, WhatIsOutOfRangeIsNamedWithItsRangeAndUnit) {
+    EXPECT_EQ(
+        refusal({"--demo", "--velocity", "0"}), "--velocity 0 is out of range: 0.01 to 500 m/s.");
+    EXPECT_EQ(refusal({"--demo", "--velocity", "500.1"}),
+        "--velocity 500.1 is out of range: 0.01 to 500 m/s.");
+    EXPECT_EQ(
+        refusal({"--demo", "--alpha", "-90.5"}), "--alpha -90.5 is out of range: -90 to 90 °.");
+    EXPECT_EQ(refusal({"--demo", "--beta", "91"}), "--beta 91 is out of range: -90 to 90 °.");
+    EXPECT_EQ(
+        refusal({"--demo", "--density", "0"}), "--density 0 is out of range: 0.01 to 10 kg/m³.");
+    EXPECT_EQ(
+        refusal({"--demo", "--iterations", "49"}), "--iterations 49 is out of range: 50 to 50000.");
+    EXPECT_EQ(refusal({"--demo", "--inlet-offset", "0.05"}),
+        "--inlet-offset 0.05 is out of range: 0.1 to 3 ×c.");
+    EXPECT_EQ(refusal({"--demo", "--wake-length", "11"}),
+        "--wake-length 11 is out of range: 0.5 to 10 ×c.");
+    EXPECT_EQ(
+        refusal({"--demo", "--seed-count", "501"}), "--seed-count 501 is out of range: 20 to 500.");
+    EXPECT_EQ(refusal({"--sample", "sphere", "--rotate", "0,0,181"}),
+        "--rotate 181 is out of range: -180 to 180 °.");
+}
+
+TEST(BatchOptions, ANumberIsAWholeFiniteWordWithAPoint) {
+    EXPECT_EQ(options({"--demo", "--velocity", "+12.5"}).inputs.velocity, 12.5);
+    EXPECT_EQ(options({"--demo", "--velocity", "1.5e2"}).inputs.velocity, 150);
+    for (const char* word : {"x", "12,5", "12.5m", " 12", "1e", "nan", "inf", "1e999", "0x10",
+             "+-5", "++5", "--5", "-"}) {
+        const std::string argument = std::string("--velocity=") + word;
+        EXPECT_EQ(refusal({"--demo", argument}),
+            std::string("--velocity wants a number, not \"") + word + "\".");
+    }
+    EXPECT_EQ(refusal({"--demo", "--iterations", "60.5"}),
+        "--iterations wants a whole number, not \"60.5\".");
+    EXPECT_EQ(
+        refusal({"--demo", "--rotate", "1,2"}), "--rotate wants three angles X,Y,Z, not \"1,2\".");
+    EXPECT_EQ(refusal({"--demo", "--rotate", "1,,3"}), "--rotate wants a number, not \"\".");
+}
+
+TEST(BatchOptions, AChoiceNamesWhatThereIs) {
+    EXPECT_EQ(refusal({"--demo", "--regime", "hypersonic"}),
+        "--regime wants one of incompressible, compressible, not \"hypersonic\".");
+    EXPECT_EQ(refusal({"--demo", "--turbulence", "SST"}),
+        "--turbulence wants one of spalartAllmaras, sst, laminar, not \"SST\".");
+    EXPECT_EQ(refusal({"--sample", "cube"}),
+        "--sample wants one of sphere, rounded_box, simple_wing, not \"cube\".");
+}
+
+TEST(BatchOptions, ExactlyOneBodyIsNamed) {
+    EXPECT_EQ(refusal({}), "Name a model: an STL file, --sample NAME or --demo.");
+    EXPECT_EQ(refusal({"--quiet"}), "Name a model: an STL file, --sample NAME or --demo.");
+    EXPECT_EQ(refusal({"--demo", "--sample", "sphere"}),
+        "Name one model only: an STL file, --sample NAME or --demo.");
+    EXPECT_EQ(
+        refusal({"a.stl", "--demo"}), "Name one model only: an STL file, --sample NAME or --demo.");
+    EXPECT_EQ(refusal({"a.stl", "b.stl"}), "Name one model only, not \"a.stl\" and \"b.stl\".");
+    EXPECT_EQ(refusal({""}), "The model's name is empty.");
+}
+
+TEST(BatchOptions, AnOptionThatIsNoneOrLacksItsValueIsNamed) {
+    EXPECT_EQ(refusal({"--demo", "--speed", "5"}), "There is no option --speed.");
+    EXPECT_EQ(refusal({"--demo", "--speed=5"}), "There is no option --speed.");
+    EXPECT_EQ(refusal({"-q", "a.stl"}), "There is no option -q.");
+    EXPECT_EQ(refusal({"--demo=yes"}), "--demo takes no value.");
+    EXPECT_EQ(refusal({"--demo", "--json"}), "--json wants a value: --json FILE.");
+    EXPECT_EQ(refusal({"--demo", "--json="}), "--json wants a value: --json FILE.");
+    EXPECT_EQ(refusal({"--demo", "--export", ""}), "--export wants a value: --export DIR.");
+    EXPECT_EQ(refusal({"--export", "--demo"}), "--export wants a value: --export DIR.");
+    EXPECT_EQ(refusal({"--demo", "--prepare", "a", "--export", "b"}),
+        "--prepare stops ahead of the results, so --export has nothing to copy.");
+}
+
+TEST(BatchOptions, BehindTwoDashesEverythingIsAModel) {
+    EXPECT_EQ(options({"--quiet", "--", "--odd.stl"}).model, "--odd.stl");
+    EXPECT_EQ(options({"--", "--help"}).model, "--help");
+    EXPECT_EQ(options({"--", "--"}).model, "--");
+    EXPECT_EQ(options({"-"}).model, "-");
+}
+
+TEST(BatchOptions, HelpAndVersionWinOverEverythingElse) {
+    for (const char* word : {"--help", "-h"}) {
+        const auto parsed = parse({"--velocity", "0", "--none", word});
+        const auto& reply = std::get<BatchReply>(parsed);
+        EXPECT_EQ(reply.status, 0);
+        EXPECT_THAT(reply.text, HasSubstr("Usage: ostrella-batch"));
+    }
+    const auto parsed = parse({"--version"});
+    EXPECT_EQ(std::get<BatchReply>(parsed).status, 0);
+    EXPECT_THAT(std::get<BatchReply>(parsed).text, testing::MatchesRegex("Ostrella [0-9.]+\n"));
+}
+
+TEST(BatchOptions, ValuesThatTheRunWillNotLookAtAreTold) {
+    EXPECT_THAT(optionsWithoutEffect(options({"--demo", "--alpha", "5"})), IsEmpty());
+    EXPECT_THAT(optionsWithoutEffect(
+                    options({"--sample", "sphere", "--regime", "compressible", "--beta", "3"})),
+        IsEmpty());
+    EXPECT_THAT(optionsWithoutEffect(options(
+                    {"--demo", "--regime", "compressible", "--beta", "3", "--rotate", "0,0,1"})),
+        ElementsAre("--regime has no effect: the built-in case is incompressible.",
+            "--beta has no effect: the built-in case is two-dimensional.",
+            "--rotate has no effect: the built-in case has no model to turn."));
+    EXPECT_THAT(optionsWithoutEffect(options({"a.stl", "--turbulence", "laminar",
+                    "--sa-rotation-correction", "--sa-transition"})),
+        ElementsAre("--sa-rotation-correction has no effect: the turbulence model is not "
+                    "Spalart-Allmaras.",
+            "--sa-transition has no effect: the turbulence model is not Spalart-Allmaras."));
+}
+
+} // namespace
+} // namespace ostrella

@@ -1,0 +1,165 @@
+#include "Batch/BatchReport.h"
+#include "Batch/RunFigures.h"
+#include "Platform/AppBundle.h"
+
+#include <nlohmann/json.hpp>
+
+#include <gmock/gmock.h>
+
+#include <limits>
+
+namespace ostrella {
+namespace {
+
+using Json = nlohmann::json;
+using testing::ElementsAre;
+using testing::Pair;
+
+Json written(const BatchReport& report) {
+    return Json::parse(toJSON(report));
+}
+
+BatchReport finishedReport() {
+    BatchReport report;
+    report.options.sample = "simple_wing";
+    report.options.inputs.velocity = 60;
+    report.options.inputs.alpha = 5;
+    report.options.inputs.turbulenceModel = TurbulenceModel::sst;
+    report.options.inputs.regime = FlowRegime::compressible;
+    report.options.rotationY = 90;
+    report.phase = "finished";
+    report.stopReason = StopReason::converged();
+    report.converged = true;
+    report.iterations = 321;
+    report.cells = 123456;
+    report.coefficients = {{"CD", 0.05}, {"CL", 0.4}, {"CSF", 0}, {"CMx", 1}, {"CMy", 2},
+        {"CMz", 3}, {"CFx", 4}, {"CFy", 5}, {"CFz", 6}, {"CEff", 8}};
+    report.referenceArea = 2;
+    report.openEdges = 0;
+    report.times = {{"mesh", 1.5}, {"solver", 30}, {"results", 0.25}};
+    report.tools = {"gmsh 4.8.4 (GPL)", "SU2 8.3.0 (x86_64, LGPL)", false};
+    report.exported = {"/out/flow.vtk"};
+    return report;
+}
+
+TEST(BatchReport, AFinishedRunTellsInputsFiguresTimesAndTools) {
+    const Json json = written(finishedReport());
+    EXPECT_EQ(json["application"], "Ostrella " + AppBundle::version());
+    EXPECT_EQ(json["inputs"]["sample"], "simple_wing");
+    EXPECT_EQ(json["inputs"]["model"], nullptr);
+    EXPECT_EQ(json["inputs"]["demo"], false);
+    EXPECT_EQ(json["inputs"]["velocity_m_s"], 60.0);
+    EXPECT_EQ(json["inputs"]["alpha_deg"], 5.0);
+    EXPECT_EQ(json["inputs"]["beta_deg"], 0.0);
+    EXPECT_EQ(json["inputs"]["density_kg_m3"], 1.225);
+    EXPECT_EQ(json["inputs"]["rotation_deg"], Json({0.0, 90.0, 0.0}));
+    EXPECT_EQ(json["inputs"]["regime"], "compressible");
+    EXPECT_EQ(json["inputs"]["turbulenceModel"], "sst");
+    EXPECT_EQ(json["inputs"]["saRotationCorrection"], false);
+    EXPECT_EQ(json["inputs"]["saTransition"], false);
+    EXPECT_EQ(json["inputs"]["maxIterations"], 200);
+    EXPECT_EQ(json["inputs"]["streamlineUpstreamFactor"], 0.5);
+    EXPECT_EQ(json["inputs"]["streamlineDownstreamFactor"], 2.0);
+    EXPECT_EQ(json["inputs"]["streamlineSeedCount"], 100);
+    EXPECT_EQ(json["phase"], "finished");
+    EXPECT_EQ(json["failure"], nullptr);
+    EXPECT_EQ(json["stopReason"]["kind"], "converged");
+    EXPECT_EQ(json["stopReason"]["iterations"], nullptr);
+    EXPECT_EQ(json["converged"], true);
+    EXPECT_EQ(json["iterations"], 321);
+    EXPECT_EQ(json["cells"], 123456);
+    EXPECT_EQ(json["cl"], 0.4);
+    EXPECT_EQ(json["cd"], 0.05);
+    EXPECT_EQ(json["coefficients"].size(), 10U);
+    EXPECT_EQ(json["coefficients"]["CEff"], 8.0);
+    EXPECT_EQ(json["referenceArea_m2"], 2.0);
+    EXPECT_EQ(json["openEdges"], 0);
+    EXPECT_EQ(json["surfaceIsOpen"], false);
+    EXPECT_EQ(json["times_s"], Json({{"mesh", 1.5}, {"solver", 30.0}, {"results", 0.25}}));
+    EXPECT_EQ(json["tools"]["mesher"], "gmsh 4.8.4 (GPL)");
+    EXPECT_EQ(json["tools"]["solver"], "SU2 8.3.0 (x86_64, LGPL)");
+    EXPECT_EQ(json["tools"]["solverIsStandIn"], false);
+    EXPECT_EQ(json["runDirectory"], nullptr);
+    EXPECT_EQ(json["exported"], Json({"/out/flow.vtk"}));
+}
+
+TEST(BatchReport, CoefficientsKeepTheSolversOrder) {
+    const auto json = nlohmann::ordered_json::parse(toJSON(finishedReport()));
+    std::vector<std::string> names;
+    for (const auto& [name, value] : json["coefficients"].items()) {
+        names.push_back(name);
+    }
+    EXPECT_THAT(
+        names, ElementsAre("CD", "CL", "CSF", "CMx", "CMy", "CMz", "CFx", "CFy", "CFz", "CEff"));
+}
+
+TEST(BatchReport, WhatIsNotKnownIsNull) {
+    BatchReport report;
+    report.options.model = "body.stl";
+    report.phase = "failed";
+    report.failure = {"mesh", "gmsh is missing."};
+    const Json json = written(report);
+    EXPECT_EQ(json["inputs"]["model"], "body.stl");
+    EXPECT_EQ(json["failure"]["stage"], "mesh");
+    EXPECT_EQ(json["failure"]["message"], "gmsh is missing.");
+    for (const char* key : {"stopReason", "iterations", "cells", "cl", "cd", "referenceArea_m2",
+             "openEdges", "surfaceIsOpen", "runDirectory"}) {
+        ASSERT_TRUE(json.contains(key)) << key;
+        EXPECT_EQ(json[key], nullptr) << key;
+    }
+    EXPECT_EQ(json["coefficients"], Json::object());
+    EXPECT_EQ(json["exported"], Json::array());
+}
+
+TEST(BatchReport, TheIterationCapHasItsCount) {
+    BatchReport report = finishedReport();
+    report.stopReason = StopReason::iterationCap(200);
+    const Json json = written(report);
+    EXPECT_EQ(json["stopReason"]["kind"], "iterationCap");
+    EXPECT_EQ(json["stopReason"]["iterations"], 200);
+}
+
+TEST(BatchReport, AnOpenSurfaceIsSaidSo) {
+    BatchReport report = finishedReport();
+    report.openEdges = 9;
+    EXPECT_EQ(written(report)["openEdges"], 9);
+    EXPECT_EQ(written(report)["surfaceIsOpen"], true);
+}
+
+TEST(BatchReport, TheBuiltInCaseIsIncompressibleWhateverWasAskedFor) {
+    BatchReport report = finishedReport();
+    report.options.sample.reset();
+    report.options.demo = true;
+    EXPECT_EQ(written(report)["inputs"]["regime"], "incompressible");
+}
+
+TEST(BatchReport, IsValidJSONWithOddNumbersAndNames) {
+    BatchReport report = finishedReport();
+    report.coefficients = {{"CL", std::numeric_limits<double>::quiet_NaN()},
+        {"CD", std::numeric_limits<double>::infinity()}};
+    report.options.model = "a\xFF \"quoted\"\nname é.stl";
+    const Json json = written(report);
+    EXPECT_EQ(json["cl"], nullptr);
+    EXPECT_EQ(json["coefficients"]["CD"], nullptr);
+    EXPECT_EQ(json["inputs"]["model"], "a\uFFFD \"quoted\"\nname é.stl");
+}
+
+TEST(BatchReport, BeginsAsAnEarlierReportIsKnown) {
+    EXPECT_TRUE(toJSON(finishedReport()).starts_with(reportBeginning));
+    EXPECT_TRUE(toJSON({}).starts_with(reportBeginning));
+}
+
+TEST(RunFigures, EachStageLastsUntilTheNextBegins) {
+    const Date start{};
+    const auto at = [&start](int seconds) { return start + std::chrono::seconds(seconds); };
+    EXPECT_THAT(RunFigures::stageTimes({{RunPhase::meshing(), at(0)}, {RunPhase::solving(), at(3)},
+                    {RunPhase::postProcessing(), at(33)}, {RunPhase::finished(true), at(34)}}),
+        ElementsAre(Pair("mesh", 3.0), Pair("solver", 30.0), Pair("results", 1.0)));
+    EXPECT_THAT(RunFigures::stageTimes({{RunPhase::solving(), at(1)},
+                    {RunPhase::failed("solver", "It crashed."), at(6)}}),
+        ElementsAre(Pair("solver", 5.0)));
+    EXPECT_THAT(RunFigures::stageTimes({}), testing::IsEmpty());
+}
+
+} // namespace
+} // namespace ostrella

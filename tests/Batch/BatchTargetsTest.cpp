@@ -1,0 +1,174 @@
+#include "Batch/BatchTargets.h"
+
+#include "Batch/BatchReport.h"
+#include "Batch/UsageError.h"
+#include "Platform/FileError.h"
+#include "support/Wait.h"
+
+#include <gmock/gmock.h>
+
+#include <cstdlib>
+#include <thread>
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace ostrella {
+namespace {
+
+namespace fs = std::filesystem;
+using testing::HasSubstr;
+using testing::Optional;
+
+class BatchTargetsTest : public testing::Test {
+protected:
+    std::optional<std::string> problemOfReport(const fs::path& file) {
+        options_.jsonFile = file;
+        return BatchTargets::problem(options_);
+    }
+    std::optional<std::string> problemOfExport(const fs::path& folder) {
+        options_.exportFolder = folder;
+        return BatchTargets::problem(options_);
+    }
+    std::optional<std::string> problemOfPreparation(const fs::path& folder) {
+        options_.prepareFolder = folder;
+        return BatchTargets::problem(options_);
+    }
+
+    test::TemporaryDirectory directory_;
+    fs::path place_ = directory_.path();
+    BatchOptions options_;
+};
+
+TEST_F(BatchTargetsTest, NothingAskedForIsNoProblem) {
+    EXPECT_EQ(BatchTargets::problem(options_), std::nullopt);
+}
+
+TEST_F(BatchTargetsTest, ACaseWantsANewOrEmptyFolder) {
+    EXPECT_EQ(problemOfPreparation(place_ / "new" / "deep"), std::nullopt);
+    fs::create_directory(place_ / "empty");
+    EXPECT_EQ(problemOfPreparation(place_ / "empty"), std::nullopt);
+    test::writeFile(place_ / "full" / "notes.txt", "mine");
+    EXPECT_THAT(problemOfPreparation(place_ / "full"),
+        Optional("--prepare wants a new or empty folder: " + (place_ / "full").string() +
+                 " holds something already."));
+    EXPECT_THAT(problemOfPreparation(place_ / "full" / "notes.txt"),
+        Optional(
+            "--prepare wants a folder: " + (place_ / "full/notes.txt").string() + " is none."));
+}
+
+TEST_F(BatchTargetsTest, AnExportWantsAFolderThatCanBe) {
+    EXPECT_EQ(problemOfExport(place_), std::nullopt);
+    EXPECT_EQ(problemOfExport(place_ / "new"), std::nullopt);
+    test::writeFile(place_ / "file", "");
+    EXPECT_THAT(problemOfExport(place_ / "file" / "below"),
+        Optional("--export wants a folder: " + (place_ / "file").string() + " is none."));
+}
+
+TEST_F(BatchTargetsTest, AReportWantsAFolderThatIsThere) {
+    EXPECT_EQ(problemOfReport(place_ / "run.json"), std::nullopt);
+    EXPECT_THAT(problemOfReport(place_ / "none" / "run.json"),
+        Optional("--json " + (place_ / "none/run.json").string() + ": there is no folder " +
+                 (place_ / "none").string() + ". Make it first."));
+    EXPECT_THAT(problemOfReport(place_),
+        Optional("--json wants a file: " + place_.string() + " is a folder."));
+}
+
+TEST_F(BatchTargetsTest, AReportReplacesAnEarlierOneButNoOtherFile) {
+    test::writeFile(place_ / "old.json", toJSON({}));
+    EXPECT_EQ(problemOfReport(place_ / "old.json"), std::nullopt);
+    test::writeFile(place_ / "empty.json", "");
+    EXPECT_EQ(problemOfReport(place_ / "empty.json"), std::nullopt);
+    test::writeFile(place_ / "body.stl", "solid mine\nendsolid\n");
+    EXPECT_THAT(problemOfReport(place_ / "body.stl"),
+        Optional(HasSubstr("is no report of an earlier run. Name another file.")));
+    EXPECT_EQ(test::readFile(place_ / "body.stl"), "solid mine\nendsolid\n");
+}
+
+/// Prints the problem and ends the process, as somebody to whom the permissions apply.
+[[noreturn]] void printProblemAsNobody(const BatchOptions& options) {
+    constexpr uid_t nobody = 65534;
+    const bool isOrdinaryUser = geteuid() != 0 || setuid(nobody) == 0;
+    std::fputs(BatchTargets::problem(options).value_or("none").c_str(), stderr);
+    std::exit(isOrdinaryUser ? 0 : 1);
+}
+
+TEST_F(BatchTargetsTest, AReadOnlyFolderIsTold) {
+    fs::permissions(place_, fs::perms(0555));
+    options_.exportFolder = place_ / "new";
+    EXPECT_EXIT(printProblemAsNobody(options_), testing::ExitedWithCode(0), "may not be written");
+    options_.exportFolder.reset();
+    options_.jsonFile = place_ / "run.json";
+    EXPECT_EXIT(printProblemAsNobody(options_), testing::ExitedWithCode(0), "may not be written");
+    fs::permissions(place_, fs::perms::owner_all);
+}
+
+TEST_F(BatchTargetsTest, AReportFollowsALinkAndLeavesIt) {
+    test::writeFile(place_ / "real.json", "");
+    fs::create_symlink("real.json", place_ / "link.json");
+    BatchTargets::writeReport(place_ / "link.json", "{}\n");
+    EXPECT_TRUE(fs::is_symlink(place_ / "link.json"));
+    EXPECT_EQ(test::readFile(place_ / "real.json"), "{}\n");
+}
+
+TEST_F(BatchTargetsTest, ADeviceOrAPipeTakesTheReportAndStaysWhatItIs) {
+    EXPECT_EQ(problemOfReport("/dev/null"), std::nullopt);
+    BatchTargets::writeReport("/dev/null", "{}\n");
+    EXPECT_TRUE(fs::is_character_file("/dev/null"));
+
+    const fs::path pipe = place_ / "pipe";
+    ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+    std::string received;
+    std::thread reader([&] { received = test::readFile(pipe); });
+    BatchTargets::writeReport(pipe, "{\"a\": 1}\n");
+    reader.join();
+    EXPECT_EQ(received, "{\"a\": 1}\n");
+    EXPECT_TRUE(fs::is_fifo(pipe));
+}
+
+TEST_F(BatchTargetsTest, AFullDeviceFailsWithTheSystemsWords) {
+    if (!fs::exists("/dev/full")) {
+        GTEST_SKIP() << "this system has no /dev/full";
+    }
+    EXPECT_THROW(BatchTargets::writeReport("/dev/full", "{}\n"), FileError);
+}
+
+class TemporaryDirectoryVariable : public testing::Test {
+protected:
+    TemporaryDirectoryVariable() {
+        if (const char* value = std::getenv("TMPDIR")) {
+            before_ = value;
+        }
+    }
+    ~TemporaryDirectoryVariable() override {
+        if (before_) {
+            setenv("TMPDIR", before_->c_str(), 1);
+        } else {
+            unsetenv("TMPDIR");
+        }
+    }
+
+    std::optional<std::string> before_;
+};
+
+TEST_F(TemporaryDirectoryVariable, NamesTheFolderForRuns) {
+    const test::TemporaryDirectory directory;
+    setenv("TMPDIR", directory.path().c_str(), 1);
+    EXPECT_EQ(BatchTargets::temporaryDirectory(), directory.path());
+}
+
+TEST_F(TemporaryDirectoryVariable, OfAFolderThatIsNotThereIsRefused) {
+    const test::TemporaryDirectory directory;
+    setenv("TMPDIR", (directory.path() / "gone").c_str(), 1);
+    try {
+        BatchTargets::temporaryDirectory();
+        FAIL() << "taken";
+    } catch (const UsageError& error) {
+        EXPECT_EQ(std::string(error.what()),
+            "The temporary directory " + (directory.path() / "gone").string() +
+                " is no folder. Make it, or set TMPDIR to another one.");
+    }
+}
+
+} // namespace
+} // namespace ostrella

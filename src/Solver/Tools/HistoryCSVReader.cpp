@@ -11,6 +11,7 @@
 #include <cmath>
 #include <cstdlib>
 #include <cstring>
+#include <limits>
 
 #include <locale.h>
 #ifdef __APPLE__
@@ -174,14 +175,15 @@ public:
 
     void skip() { take(); }
 
-    std::optional<double> number() {
+    /// Not a number where the field spells none.
+    double number() {
         double value = 0;
         const char* const start = afterBlanks(at_);
         const auto [stop, error] = fast_float::from_chars(start, end_, value);
         if (error == std::errc() && passTo(afterBlanks(stop))) {
             return value;
         }
-        return parseDouble(cleaned(take()));
+        return parseDouble(cleaned(take())).value_or(std::numeric_limits<double>::quiet_NaN());
     }
 
     std::optional<std::int64_t> integer() {
@@ -255,9 +257,9 @@ void readRow(std::string_view line, const Header& header, ParseResult& into) {
             if (!iteration) {
                 break;
             }
-        } else if (const auto value = fields.number(); value && std::isfinite(*value)) {
+        } else if (const double value = fields.number(); std::isfinite(value)) {
             const bool isResidual = column.role == Column::Role::residual;
-            (isResidual ? into.residuals : into.coefficients).push_back({column.label, 0, *value});
+            (isResidual ? into.residuals : into.coefficients).push_back({column.label, 0, value});
             if (i == header.pitchColumn) {
                 pitch = value;
             }

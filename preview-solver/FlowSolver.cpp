@@ -59,7 +59,8 @@ public:
                     square += w[i * vars + k] * w[i * vars + k];
                 fastest = std::max(fastest, square);
             }
-            flux_.beta2 = config_.betaFactor * std::clamp(fastest, 1.0, 9.0);
+            fastest_ = std::max(fastest_, fastest);
+            flux_.beta2 = config_.betaFactor * std::clamp(fastest_, 1.0, 9.0);
         } else {
 #pragma omp parallel for schedule(static)
             for (std::size_t i = 0; i < dual_.size(); ++i) {
@@ -358,6 +359,7 @@ private:
     Gradients<D> gradients_;
     BlockMatrix<vars> matrix_;
     LinearSolver<vars> linear_;
+    double fastest_ = 1;
     std::vector<double> limiter_;
     std::vector<double> residual_;
     std::vector<double> change_;

@@ -77,9 +77,9 @@ Physical Surface("body") = body();
 Physical Surface("farfield") = box();
 Physical Volume("fluid") = {v};
 
-// Sizes: `size` on the body, twice that around it and in the near wake, and from there a growth of
-// a fifth of the distance up to lcMax.
-growth = 0.2;
+// Sizes: `size` on the body, 2.5 times that around it and in the near wake, and from there a
+// growth of three tenths of the distance up to lcMax.
+growth = 0.3;
 reach = (lcMax - size) / growth;
 
 Field[1] = Distance;
@@ -93,10 +93,10 @@ Field[2].DistMax = size + reach;
 
 length = bodyX1 - bodyX0;
 Field[3] = Box;
-Field[3].VIn = 2 * size;
+Field[3].VIn = 2.5 * size;
 Field[3].VOut = lcMax;
 Field[3].XMin = bodyX0;
-Field[3].XMax = bodyX1 + 1.5 * length;
+Field[3].XMax = bodyX1 + length;
 Field[3].YMin = bodyY0 - size;
 Field[3].YMax = bodyY1 + size;
 Field[3].ZMin = bodyZ0 - size;

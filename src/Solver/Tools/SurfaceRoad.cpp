@@ -69,7 +69,7 @@ std::string SurfaceRoad::scriptValue() const {
     switch (kind) {
     case Kind::keep:
         // Without facets the mesher has its own words for that.
-        return fmt::format("{:.9g}", std::max(typicalEdge, 1e-6F));
+        return fmt::format("{:.6g}", std::max(typicalEdge, 1e-6F));
     case Kind::remesh:
         return "0";
     case Kind::refuse:

@@ -99,10 +99,10 @@ struct IncompressibleFlux {
     }
 
     /// Viscous flux for a gradient of the state (vars rows of D) on the face.
-    void viscousFlux(const double*, const double* gradient, double mu, double,
+    void viscousFlux(const double*, const double* gradient, double mu, double muTurbulent,
         const FaceGeometry<D>& face, double* f) const {
         double stress[D];
-        stressOn(face, gradient + D, mu, stress);
+        stressOn(face, gradient + D, mu + muTurbulent, stress);
         f[0] = 0;
         for (int k = 0; k < D; ++k)
             f[k + 1] = stress[k] * face.area;
@@ -110,12 +110,13 @@ struct IncompressibleFlux {
 
     /// Adds to `d` the derivative of minus the viscous flux by the state on the inner side, for the
     /// thin-layer gradient `spacing` = (area vector · distance)/distance².
-    void addViscousJacobian(const double*, double mu, double, double spacing,
+    void addViscousJacobian(const double*, double mu, double muTurbulent, double spacing,
         const FaceGeometry<D>& face, double* d) const {
+        const double factor = (mu + muTurbulent) * spacing;
         for (int k = 0; k < D; ++k) {
             for (int c = 0; c < D; ++c)
-                d[(k + 1) * vars + 1 + c] += mu * spacing * face.n[k] * face.n[c] / 3;
-            d[(k + 1) * vars + 1 + k] += mu * spacing;
+                d[(k + 1) * vars + 1 + c] += factor * face.n[k] * face.n[c] / 3;
+            d[(k + 1) * vars + 1 + k] += factor;
         }
     }
 

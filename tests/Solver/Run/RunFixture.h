@@ -9,8 +9,10 @@
 
 #include <gmock/gmock.h>
 
-#include <initializer_list>
+#include <array>
+#include <functional>
 #include <memory>
+#include <ostream>
 #include <string>
 #include <utility>
 #include <vector>
@@ -45,13 +47,20 @@ public:
     }
 };
 
+/// How a failed expectation shows a phase.
+inline void PrintTo(const RunPhase& phase, std::ostream* stream) {
+    constexpr std::array names{
+        "idle", "meshing", "solving", "postProcessing", "finished", "failed", "cancelled"};
+    *stream << names[static_cast<std::size_t>(phase.kind)] << "(" << phase.converged << ", "
+            << phase.stage << ", " << phase.message << ")";
+}
+
 } // namespace ostrella
 
 namespace ostrella::test {
 
 using Probe = SimulationControllerProbe;
 using testing::ElementsAre;
-using testing::Pair;
 
 /// A line of the log without its date and identity.
 using TextLine = std::pair<std::string, LogStore::Level>;

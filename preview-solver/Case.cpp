@@ -27,9 +27,11 @@ Case::Case(const Config& config, const Mesh& mesh)
       flow_(FlowSolver::make(config, stream_, dual_, boundaries_, sparsity_, fields_)),
       cfl_(config),
       columns_(residualColumns(config, mesh.dimensions)) {
+    if (config.viscous())
+        fields_.wallDistance = wallDistances(mesh, dual_, config.wallMarkers);
     if (config.turbulent())
-        turbulence_ = SpalartAllmaras::make(config, stream_, dual_, boundaries_, sparsity_,
-            wallDistances(mesh, dual_, config.wallMarkers), fields_);
+        turbulence_ =
+            SpalartAllmaras::make(config, stream_, dual_, boundaries_, sparsity_, fields_);
 }
 
 std::map<std::string, double> Case::iterate(int iteration) {

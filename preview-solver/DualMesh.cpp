@@ -120,7 +120,7 @@ public:
                     const auto point = dual_.ownPoint[facet.points[i]];
                     if (place[point] < 0) {
                         place[point] = static_cast<std::int32_t>(boundary.vertices.size());
-                        boundary.vertices.push_back({point, Vec3{0.0}, point});
+                        boundary.vertices.push_back({point, Vec3{0.0}});
                     }
                     boundary.vertices[place[point]].normal += facetShare(facet, count, i);
                 }
@@ -129,8 +129,6 @@ public:
                 place[vertex.point] = -1;
             std::sort(boundary.vertices.begin(), boundary.vertices.end(),
                 [](const auto& a, const auto& b) { return a.point < b.point; });
-            for (auto& vertex : boundary.vertices)
-                vertex.inner = innerOf(vertex);
             dual_.boundaries.push_back(std::move(boundary));
         }
     }
@@ -201,20 +199,6 @@ private:
         const Vec3 next = 0.5 * (here + mesh_.points[facet.points[(i + 1) % count]]);
         const Vec3 previous = 0.5 * (here + mesh_.points[facet.points[(i + count - 1) % count]]);
         return triangleNormal(here, next, centre) + triangleNormal(here, centre, previous);
-    }
-
-    std::int32_t innerOf(const DualMesh::Vertex& vertex) const {
-        std::int32_t best = vertex.point;
-        double steepest = -2;
-        for (const auto& neighbour : dual_.around(vertex.point)) {
-            const Vec3 d = dual_.points[neighbour.point] - dual_.points[vertex.point];
-            const double slope = -glm::dot(d, vertex.normal) / glm::length(d);
-            if (steepest == -2 || slope > steepest) {
-                steepest = slope;
-                best = neighbour.point;
-            }
-        }
-        return best;
     }
 
     DualMesh& dual_;

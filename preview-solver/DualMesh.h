@@ -25,8 +25,6 @@ struct DualMesh {
         std::int32_t point;
         /// Area vector of the dual face on the boundary, out of the domain, square metres.
         Vec3 normal;
-        /// The neighbour most nearly along the inward normal.
-        std::int32_t inner;
     };
     struct Boundary {
         std::string name;

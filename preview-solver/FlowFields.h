@@ -18,6 +18,8 @@ struct FlowFields {
     std::vector<double> density;
     std::vector<double> laminarViscosity;
     std::vector<double> eddyViscosity;
+    /// From the nearest no-slip wall, metres; empty without friction.
+    std::vector<double> wallDistance;
     /// The turbulence model's own variable; empty without one.
     std::vector<double> nuTilde;
 

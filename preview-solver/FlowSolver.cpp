@@ -322,19 +322,24 @@ private:
         }
     }
 
-    /// Applies the change; where pressure or temperature would change by more than a fifth, the
-    /// point's whole change is cut. Returns the least factor.
+    /// Applies the change. A point's whole change is cut where its velocity would change by more
+    /// than the free stream's, or pressure or temperature of a gas by more than a fifth. Returns
+    /// the least factor.
     double update() {
         double least = 1;
 #pragma omp parallel for schedule(static) reduction(min : least)
         for (std::size_t i = 0; i < dual_.size(); ++i) {
             double* w = fields_.state.data() + i * vars;
             const double* change = change_.data() + i * vars;
-            double factor = 1;
+            double step = 0;
+            for (int k = 1; k <= D; ++k)
+                step += change[k] * change[k];
+            // A wall's first step is that from the free stream to rest, 1.
+            double factor = step > 1.1 ? std::sqrt(1.1 / step) : 1.0;
             if constexpr (Flux::compressible) {
                 const double relative =
                     std::max(std::abs(change[0]) / w[0], std::abs(change[D + 1]) / w[D + 1]);
-                factor = relative > 0.2 ? 0.2 / relative : 1.0;
+                factor = std::min(factor, relative > 0.2 ? 0.2 / relative : 1.0);
             }
             least = std::min(least, factor);
             for (int v = 0; v < vars; ++v)

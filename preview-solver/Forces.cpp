@@ -58,8 +58,15 @@ WallFriction wallFriction(
     const Vec3 stress = wallTraction(fields, point, vertex.normal);
     WallFriction result;
     result.shear = stress - glm::dot(stress, n) * n;
-    const double distance =
-        glm::distance(dual.points[point], dual.points[static_cast<std::size_t>(vertex.inner)]);
+    // The nearest point of the flow that is not on the wall, as the real solver measures.
+    double distance = 0;
+    for (const auto& neighbour : dual.around(point)) {
+        const auto other = static_cast<std::size_t>(neighbour.point);
+        const double off = fields.wallDistance[other];
+        const bool inside = off > 1e-9 * glm::distance(dual.points[point], dual.points[other]);
+        if (inside && (distance == 0 || off < distance))
+            distance = off;
+    }
     const double density = fields.density[point];
     const double speed = std::sqrt(glm::length(result.shear) / density);
     result.yPlus = distance * speed * density / fields.laminarViscosity[point];

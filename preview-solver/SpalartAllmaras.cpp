@@ -55,12 +55,11 @@ template <int D>
 class Model final : public SpalartAllmaras {
 public:
     Model(const Config& config, const FreeStream& stream, const DualMesh& dual,
-        const Boundaries& boundaries, const Sparsity& sparsity, std::vector<double> distance,
-        FlowFields& fields)
+        const Boundaries& boundaries, const Sparsity& sparsity, FlowFields& fields)
         : config_(config),
           dual_(dual),
           boundaries_(boundaries),
-          distance_(std::move(distance)),
+          distance_(fields.wallDistance),
           fields_(fields),
           gradients_(dual, config.gradients),
           matrix_(sparsity),
@@ -266,12 +265,10 @@ private:
 
 std::unique_ptr<SpalartAllmaras> SpalartAllmaras::make(const Config& config,
     const FreeStream& stream, const DualMesh& dual, const Boundaries& boundaries,
-    const Sparsity& sparsity, std::vector<double> wallDistance, FlowFields& fields) {
+    const Sparsity& sparsity, FlowFields& fields) {
     if (dual.dimensions == 2)
-        return std::make_unique<Model<2>>(
-            config, stream, dual, boundaries, sparsity, std::move(wallDistance), fields);
-    return std::make_unique<Model<3>>(
-        config, stream, dual, boundaries, sparsity, std::move(wallDistance), fields);
+        return std::make_unique<Model<2>>(config, stream, dual, boundaries, sparsity, fields);
+    return std::make_unique<Model<3>>(config, stream, dual, boundaries, sparsity, fields);
 }
 
 } // namespace ostrella::preview

@@ -23,10 +23,11 @@ public:
     /// Returns the root mean square of the residual, solver units.
     virtual double advance(double cfl) = 0;
 
-    /// Sets the free stream's values in `fields`, which lives on outside. `wallDistance` in metres.
+    /// Sets the free stream's values in `fields`, which lives on outside and holds the wall
+    /// distances.
     static std::unique_ptr<SpalartAllmaras> make(const Config& config, const FreeStream& stream,
         const DualMesh& dual, const Boundaries& boundaries, const Sparsity& sparsity,
-        std::vector<double> wallDistance, FlowFields& fields);
+        FlowFields& fields);
 };
 
 /// The source terms at one point, per volume, and minus their derivative where that is stable.

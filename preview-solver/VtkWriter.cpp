@@ -5,6 +5,7 @@
 #include <fmt/format.h>
 #include <omp.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
@@ -122,6 +123,16 @@ void writeTo(File& file, const VtkWriter::Grid& grid, const std::vector<PointFie
 
 } // namespace
 
+namespace {
+
+/// In the surface file the facets' normals point off the body, into the flow.
+void turn(Cell& facet) {
+    const auto last = facet.points.begin() + cellPoints(static_cast<int>(facet.type));
+    std::reverse(facet.points.begin() + 1, last);
+}
+
+} // namespace
+
 VtkWriter::Grid VtkWriter::volumeGrid(const Mesh& mesh) {
     Grid grid{mesh.dimensions, mesh.points, mesh.cells, {}};
     grid.source.resize(mesh.points.size());
@@ -139,6 +150,8 @@ VtkWriter::Grid VtkWriter::surfaceGrid(const Mesh& mesh, const std::set<std::str
             continue;
         for (const auto& facet : marker.facets) {
             grid.cells.push_back(facet);
+            if (mesh.dimensions == 3)
+                turn(grid.cells.back());
             for (int k = 0; k < cellPoints(static_cast<int>(facet.type)); ++k)
                 number[facet.points[k]] = 0;
         }

@@ -119,6 +119,7 @@ void BatchRun::cancel() {
         return;
     }
     if (!hasBegun_) {
+        app_.importer.newToken(); // What is still being loaded is no longer wanted.
         app_.logStore.append("Cancelled by user before the run", LogStore::Level::warn);
         finish(RunPhase::cancelled(), ExitStatus::cancelled);
     } else if (options_.prepareFolder) {

@@ -14,6 +14,7 @@
 #include <QUuid>
 
 #include <clocale>
+#include <csignal>
 #include <cstdio>
 
 #include <fcntl.h>
@@ -61,6 +62,8 @@ int main(int argc, char** argv) {
     fillStandardStreams();
     QCoreApplication application(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("ostrella-batch"));
+    // A file beyond the limit of the user's quota is an error to be told, not a reason to die.
+    std::signal(SIGXFSZ, SIG_IGN);
     // Qt takes over the user's language; numbers in files and on the command line have a point.
     std::setlocale(LC_NUMERIC, "C");
 

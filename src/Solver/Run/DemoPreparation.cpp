@@ -1,5 +1,6 @@
 // The part of the built-in aerofoil's run that ends with a complete case in the run directory.
 
+#include "Platform/ExclusiveCopy.h"
 #include "Solver/Run/SolverLaunch.h"
 #include "Solver/Run/SolverRunner.h"
 #include "Solver/Run/StageExit.h"
@@ -22,10 +23,14 @@ constexpr double referenceArea = 1.0;
 constexpr const char* meshFilename = "mesh.su2";
 
 void copyMesh(const std::filesystem::path& from, const std::filesystem::path& to) {
-    std::error_code error;
-    std::filesystem::copy_file(from, to, error);
-    if (error) {
-        throw FileError("Cannot write " + to.string(), to, error, elsewhereForRuns);
+    // Not std::filesystem::copy_file, which calls a full disk an input/output error.
+    try {
+        copyExclusively(from, to);
+    } catch (const FileError& error) {
+        if (error.path1() != to) {
+            throw;
+        }
+        throw FileError("Cannot write " + to.string(), to, error.code(), elsewhereForRuns);
     }
 }
 

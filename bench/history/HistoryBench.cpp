@@ -1,4 +1,5 @@
 #include "Solver/Tools/HistoryCSVReader.h"
+#include "Solver/Tools/TextFile.h"
 
 #include <benchmark/benchmark.h>
 #include <fmt/format.h>
@@ -56,21 +57,21 @@ const std::string& history() {
     return text;
 }
 
-void BM_HistoryCSVReader(benchmark::State& state) {
-    const std::string& text = history();
-    for (auto _ : state) {
-        const auto result = HistoryCSVReader::parse(text, 3);
-        if (result.residuals.size() + result.coefficients.size() !=
-            std::size_t{rowCount} * seriesCount) {
-            state.SkipWithError("not every value was read");
-        }
-        benchmark::DoNotOptimize(result);
+void parseOnce(benchmark::State& state, const std::string& text) {
+    const auto result = HistoryCSVReader::parse(text, 3);
+    if (result.residuals.size() + result.coefficients.size() !=
+        std::size_t{rowCount} * seriesCount) {
+        state.SkipWithError("not every value was read");
     }
-    state.SetBytesProcessed(
-        static_cast<std::int64_t>(state.iterations()) * static_cast<std::int64_t>(text.size()));
+    benchmark::DoNotOptimize(result);
 }
 
-/// The file that the peer reads.
+void countBytes(benchmark::State& state) {
+    state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations()) *
+                            static_cast<std::int64_t>(history().size()));
+}
+
+/// The history on disk, as the peer reads it.
 class HistoryFile {
 public:
     HistoryFile()
@@ -88,8 +89,21 @@ private:
     std::filesystem::path path_;
 };
 
-/// The time is the peer's own processor time, without the interpreter's start and the reading of
-/// the file.
+void textInMemory(benchmark::State& state) {
+    for (auto _ : state) {
+        parseOnce(state, history());
+    }
+    countBytes(state);
+}
+
+void fileOnDisk(benchmark::State& state, const HistoryFile& file) {
+    for (auto _ : state) {
+        parseOnce(state, readText(file.path()));
+    }
+    countBytes(state);
+}
+
+/// The time is the peer's own processor time, without the interpreter's start.
 void peer(benchmark::State& state, const char* task, const HistoryFile& file) {
     const std::string command = fmt::format("\"{}\" \"{}\" {} \"{}\"", OSTRELLA_BENCH_PYTHON,
         OSTRELLA_BENCH_PEER, task, file.path().string());
@@ -105,8 +119,7 @@ void peer(benchmark::State& state, const char* task, const HistoryFile& file) {
         }
         state.SetIterationTime(seconds);
     }
-    state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations()) *
-                            static_cast<std::int64_t>(history().size()));
+    countBytes(state);
 }
 
 } // namespace
@@ -114,10 +127,14 @@ void peer(benchmark::State& state, const char* task, const HistoryFile& file) {
 
 int main(int argc, char** argv) {
     const ostrella::HistoryFile file;
-    benchmark::RegisterBenchmark("HistoryCSVReader", ostrella::BM_HistoryCSVReader)
+    benchmark::RegisterBenchmark("HistoryCSVReader, text in memory", ostrella::textInMemory)
         ->Unit(benchmark::kMillisecond);
+    benchmark::RegisterBenchmark("HistoryCSVReader, file on disk", [&file](
+                                                                       benchmark::State& state) {
+        ostrella::fileOnDisk(state, file);
+    })->Unit(benchmark::kMillisecond);
     for (const char* task : {"rows", "numbers"}) {
-        benchmark::RegisterBenchmark(fmt::format("Python csv, {}", task).c_str(),
+        benchmark::RegisterBenchmark(fmt::format("Python csv, file on disk, {}", task).c_str(),
             [task, &file](benchmark::State& state) { ostrella::peer(state, task, file); })
             ->Unit(benchmark::kMillisecond)
             ->UseManualTime()

@@ -90,6 +90,10 @@ std::string readText(const fs::path& path) {
         throw failure("read", path, lastError());
     }
     std::string text;
+    std::error_code unknown;
+    if (const std::uintmax_t size = fs::file_size(path, unknown); !unknown) {
+        text.reserve(size);
+    }
     std::string chunk(65536, '\0');
     while (const std::size_t count = std::fread(chunk.data(), 1, chunk.size(), file.get())) {
         text.append(chunk, 0, count);

@@ -90,4 +90,16 @@ bool ConvergenceMonitor::update(int iteration, const std::map<std::string, doubl
     return all;
 }
 
+const char* divergence(
+    const std::map<std::string, double>& values, const std::vector<std::string>& residuals) {
+    for (const auto& column : residuals) {
+        const double value = values.at(column);
+        if (!std::isfinite(value))
+            return "The flow has diverged (NaN detected).";
+        if (value > 20)
+            return "The flow has diverged (Residual > 10^20 detected).";
+    }
+    return std::isfinite(values.at("CD")) ? nullptr : "The flow has diverged (NaN detected).";
+}
+
 } // namespace ostrella::preview

@@ -49,4 +49,9 @@ private:
     std::vector<Row> rows_;
 };
 
+/// Why a run cannot go on, or nothing: a residual or a drag that is no number, or a residual beyond
+/// 10^20. Residuals are logarithms.
+const char* divergence(
+    const std::map<std::string, double>& values, const std::vector<std::string>& residuals);
+
 } // namespace ostrella::preview

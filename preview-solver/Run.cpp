@@ -122,19 +122,6 @@ void writeResults(const Config& config, const Mesh& mesh, Case& flow, bool repor
     }
 }
 
-/// Why a run cannot go on, or nothing: a residual that is no number or beyond 10^20.
-const char* divergence(
-    const std::map<std::string, double>& values, const std::vector<std::string>& residuals) {
-    for (const auto& column : residuals) {
-        const double value = values.at(column);
-        if (!std::isfinite(value))
-            return "The flow has diverged (NaN detected).";
-        if (value > 20)
-            return "The flow has diverged (Residual > 10^20 detected).";
-    }
-    return std::isfinite(values.at("CD")) ? nullptr : "The flow has diverged (NaN detected).";
-}
-
 } // namespace
 
 int run(const std::string& path) {

@@ -66,6 +66,8 @@ protected:
     void expectWorkersEnd() const {
         EXPECT_TRUE(waitUntil([this] { return threadCount() == before_; }))
             << "from " << before_ << " to " << threadCount() << " threads";
+        EXPECT_TRUE(timers_.pending().empty()) << "a timer is left behind";
+        EXPECT_EQ(clock_.now(), Date());
     }
 
     TemporaryDirectory directory_;

@@ -76,6 +76,8 @@ struct Config {
     Limiter limiter = Limiter::venkatakrishnan;
     double limiterCoefficient = 0.05;
     double limiterLength = 1.0;
+    /// The limiter stays as it is after this many iterations, so that the residual can fall on.
+    int limiterIterations = 999999;
     InviscidScheme scheme = InviscidScheme::roe;
     double entropyFix = 0.001;
     double betaFactor = 4.1;

@@ -311,6 +311,7 @@ const std::map<std::string, Apply>& table() {
         {"SLOPE_LIMITER_FLOW", setLimiter},
         {"VENKAT_LIMITER_COEFF", setPositive(&Config::limiterCoefficient)},
         {"REF_ELEM_LENGTH", setPositive(&Config::limiterLength)},
+        {"LIMITER_ITER", setInteger(&Config::limiterIterations, 0)},
         {"BETA_FACTOR", setPositive(&Config::betaFactor)},
         {"ENTROPY_FIX_COEFF", setNumber(&Config::entropyFix)},
         {"LOW_MACH_CORR", accepted},

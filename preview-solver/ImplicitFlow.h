@@ -70,6 +70,8 @@ public:
         gradients_.template compute<vars>(w.data(), fields_.gradient.data());
         if (!config_.muscl || config_.limiter == Limiter::none)
             return;
+        if (iteration_++ > config_.limiterIterations)
+            return;
         double square[vars];
         permitted(square);
         limit<vars, D>(dual_, w.data(), fields_.gradient.data(), square, limiter_.data());
@@ -207,6 +209,8 @@ private:
     LinearSolver<vars> linear_;
     double fastest_ = 1;
     std::vector<double> limiter_;
+    /// Of `prepare`, from 0.
+    int iteration_ = 0;
     std::vector<double> residual_;
     std::vector<double> change_;
     std::vector<double> timeSteps_;

@@ -144,6 +144,21 @@ TEST_F(PreviewRun, cylinderAtReynoldsFortyHasTheKnownDrag) {
     }
 }
 
+TEST_F(PreviewRun, limiterOfAnEarlyFlowStaysWhereItIsFrozen) {
+    // Frozen in the first iterations it belongs to a flow that is long gone, and the drag shows it.
+    put("mesh.su2", SmallMeshes::ring(48, 32, 0.05));
+    const std::string limited = "SLOPE_LIMITER_FLOW= VENKATAKRISHNAN\n"
+                                "VENKAT_LIMITER_COEFF= 0.01\nITER= 150\n";
+    const auto drag = [&](const std::string& more) {
+        put("run.cfg", cylinder("INC_NAVIER_STOKES", 40, 1, 0, limited + more));
+        EXPECT_EQ(run(), 0);
+        return last("CD");
+    };
+    const double free = drag("");
+    EXPECT_GT(std::abs(drag("LIMITER_ITER= 2\n") - free), 1e-3);
+    EXPECT_NEAR(drag("LIMITER_ITER= 120\n"), free, 1e-4);
+}
+
 TEST_F(PreviewRun, dragTurnsWithTheStream) {
     put("mesh.su2", SmallMeshes::ring(48, 32, 0.05));
     for (const double vy : {0.6, -0.6}) {

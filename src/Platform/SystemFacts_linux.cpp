@@ -4,21 +4,18 @@
 #include <dlfcn.h>
 #include <sys/utsname.h>
 
+#include <cstdint>
 #include <cstdio>
-#include <memory>
 
 namespace ostrella::SystemFacts {
 
 namespace {
 
-struct LibraryCloser {
-    void operator()(void* library) const { dlclose(library); }
-};
-
 /// Whether OpenGL can be had: EGL, the door that needs no window system, opens on its default
 /// display or on the one that draws into memory.
 bool hasOpenGL() {
-    const std::unique_ptr<void, LibraryCloser> egl(dlopen("libEGL.so.1", RTLD_LAZY | RTLD_LOCAL));
+    // Never unloaded: drivers leave threads, thread-local values and memory of their own behind.
+    void* const egl = dlopen("libEGL.so.1", RTLD_LAZY | RTLD_LOCAL | RTLD_NODELETE);
     if (!egl) {
         return false;
     }
@@ -26,9 +23,9 @@ bool hasOpenGL() {
     using Initialize = unsigned (*)(void*, int*, int*);
     using Terminate = unsigned (*)(void*);
     const auto getPlatformDisplay =
-        reinterpret_cast<GetPlatformDisplay>(dlsym(egl.get(), "eglGetPlatformDisplay"));
-    const auto initialize = reinterpret_cast<Initialize>(dlsym(egl.get(), "eglInitialize"));
-    const auto terminate = reinterpret_cast<Terminate>(dlsym(egl.get(), "eglTerminate"));
+        reinterpret_cast<GetPlatformDisplay>(dlsym(egl, "eglGetPlatformDisplay"));
+    const auto initialize = reinterpret_cast<Initialize>(dlsym(egl, "eglInitialize"));
+    const auto terminate = reinterpret_cast<Terminate>(dlsym(egl, "eglTerminate"));
     if (!getPlatformDisplay || !initialize || !terminate) {
         return false;
     }

@@ -4,6 +4,8 @@
 
 namespace ostrella::bench {
 
-void useOneVTKThread() { vtkSMPTools::Initialize(1); }
+void useOneVTKThread() {
+    vtkSMPTools::Initialize(1);
+}
 
 } // namespace ostrella::bench

@@ -36,6 +36,6 @@ function(ostrella_test name)
     if(arg_DEPENDS)
         add_dependencies(${name} ${arg_DEPENDS})
     endif()
-    gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST
+    gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST NO_PRETTY_VALUES
         PROPERTIES LABELS "${arg_LABEL}" TIMEOUT ${arg_TIMEOUT})
 endfunction()

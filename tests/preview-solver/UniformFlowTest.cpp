@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <ostream>
 
 using namespace ostrella::preview;
 using SmallMeshes::Filling;
@@ -18,6 +19,11 @@ struct Situation {
     std::string solver;
     std::string limiter;
 };
+
+/// Names the situation in the list of tests, without its mesh.
+void PrintTo(const Situation& situation, std::ostream* out) {
+    *out << situation.name;
+}
 
 class UniformFlow : public testing::TestWithParam<Situation> {};
 

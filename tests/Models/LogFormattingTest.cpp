@@ -52,7 +52,7 @@ TEST(LogFormatting, tellsTheTimeOfTheMachinesZone) {
         const TimeZone greenwich("UTC0");
         EXPECT_EQ(LogFormatting::time(morning), "09:05:07");
     }
-    const TimeZone fiveAndAHalfHoursAhead("XXX-5:30");
+    const TimeZone fiveAndAHalfHoursAhead("IST-5:30");
     EXPECT_EQ(LogFormatting::time(morning), "14:35:07");
     EXPECT_EQ(LogFormatting::time(morning + std::chrono::milliseconds(999)), "14:35:07");
 }

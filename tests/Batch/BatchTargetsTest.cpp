@@ -94,6 +94,9 @@ TEST_F(BatchTargetsTest, AReportReplacesAnEarlierOneButNoOtherFile) {
 }
 
 TEST_F(BatchTargetsTest, AReadOnlyFolderIsTold) {
+    // A copy of this process, not a second start of the test, which would leave a folder of its
+    // own.
+    testing::GTEST_FLAG(death_test_style) = "fast";
     fs::permissions(place_, fs::perms(0555));
     options_.exportFolder = place_ / "new";
     EXPECT_EXIT(printProblemAsNobody(options_), testing::ExitedWithCode(0), "may not be written");

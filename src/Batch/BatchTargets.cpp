@@ -2,7 +2,7 @@
 
 #include "Batch/BatchReport.h"
 #include "Batch/UsageError.h"
-#include "Platform/FileError.h"
+#include "Models/FileError.h"
 #include "Solver/Tools/TextFile.h"
 
 #include <fmt/format.h>

@@ -1,7 +1,7 @@
 #include "Platform/ExclusiveCopy.h"
 
+#include "Models/FileError.h"
 #include "Platform/FileDescriptor.h"
-#include "Platform/FileError.h"
 
 #include <cerrno>
 #include <cstddef>

@@ -2,7 +2,7 @@
 
 #include "Batch/BatchReport.h"
 #include "Batch/UsageError.h"
-#include "Platform/FileError.h"
+#include "Models/FileError.h"
 #include "support/Wait.h"
 
 #include <gmock/gmock.h>

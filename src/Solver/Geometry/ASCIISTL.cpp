@@ -1,8 +1,8 @@
 #include "Solver/Geometry/ASCIISTL.h"
 
-#include "Solver/Geometry/NumberWord.h"
+#include "Models/NumberWord.h"
+#include "Models/UTF8.h"
 #include "Solver/Geometry/STLParseError.h"
-#include "Solver/Geometry/UTF8.h"
 
 #include <array>
 #include <cstddef>

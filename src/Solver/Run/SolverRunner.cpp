@@ -1,7 +1,7 @@
 #include "Solver/Run/SolverRunner.h"
 
+#include "Models/FileError.h"
 #include "Models/HistoryStore.h"
-#include "Platform/FileError.h"
 #include "Solver/Run/Harvest.h"
 #include "Solver/Run/SolverLaunch.h"
 #include "Solver/Run/StageExit.h"

@@ -1,8 +1,8 @@
 #include "Solver/Tools/ResultExporter.h"
 
+#include "Models/FileError.h"
 #include "Models/NumberFormatting.h"
 #include "Platform/ExclusiveCopy.h"
-#include "Platform/FileError.h"
 
 #include <fmt/format.h>
 

@@ -1,7 +1,7 @@
 #include "Solver/Tools/RunDirectories.h"
 
+#include "Models/FileError.h"
 #include "Platform/FileAttributes.h"
-#include "Platform/FileError.h"
 
 #include <QUuid>
 

@@ -1,6 +1,6 @@
 #include "Solver/Tools/TextFile.h"
 
-#include "Solver/Geometry/UTF8.h"
+#include "Models/UTF8.h"
 
 #include <fmt/format.h>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Platform/FileError.h"
+#include "Models/FileError.h"
 
 #include <filesystem>
 #include <string>

@@ -1,7 +1,7 @@
 #include "Solver/Tools/ResultExporter.h"
 
+#include "Models/FileError.h"
 #include "Platform/ExclusiveCopy.h"
-#include "Platform/FileError.h"
 #include "support/Wait.h"
 
 #include <gmock/gmock.h>

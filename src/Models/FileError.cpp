@@ -1,4 +1,4 @@
-#include "Platform/FileError.h"
+#include "Models/FileError.h"
 
 namespace ostrella {
 

@@ -1,4 +1,4 @@
-#include "Solver/Geometry/NumberWord.h"
+#include "Models/NumberWord.h"
 
 #include <fast_float/fast_float.h>
 

@@ -1,4 +1,4 @@
-#include "Solver/Geometry/UTF8.h"
+#include "Models/UTF8.h"
 
 #include <gtest/gtest.h>
 

@@ -30,6 +30,7 @@ function(ostrella_test name)
     target_compile_options(${name} PRIVATE -ffp-contract=off)
     target_compile_definitions(${name} PRIVATE
         OSTRELLA_TEST_DATA="${PROJECT_SOURCE_DIR}/tests/data"
+        OSTRELLA_RECORDED_RUNS="${OSTRELLA_RECORDED_RUNS}"
         OSTRELLA_SOURCE_DIR="${PROJECT_SOURCE_DIR}"
         OSTRELLA_STAGE_DIR="${OSTRELLA_STAGE}")
     target_link_libraries(${name} PRIVATE ${arg_LINK} ostrella-test-support)

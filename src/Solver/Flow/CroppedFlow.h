@@ -26,6 +26,20 @@ public:
     const Spatial3DGrid& grid() const { return grid_; }
 
 private:
+    struct Points {
+        std::vector<Vec3> positions;
+        std::vector<Vec3> velocities;
+    };
+    struct Sum {
+        Vec3 velocity{0.0F}; ///< weighted
+        float weight = 0.0F;
+        int wallPoints = 0;
+    };
+
+    explicit CroppedFlow(Points points);
+    static Points crop(const VolumeField& volume, const StreamlineFocus& focus);
+    Sum sumAt(const Vec3& point, int count) const;
+
     std::vector<Vec3> positions_;
     Spatial3DGrid grid_;
     std::vector<Vec3> velocities_;

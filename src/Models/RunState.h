@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Models/IsoSurface.h"
+#include "Models/ScalarFieldStats.h"
 #include "Models/Streamlines.h"
 #include "Models/SurfaceField.h"
 #include "Models/VolumeField.h"
@@ -129,6 +130,18 @@ struct RunSummary {
     bool operator==(const RunSummary&) const = default;
 };
 
+/// What the harvest of a run measured beside the fields that it gave.
+struct HarvestFigures {
+    /// y⁺ on the body, if the solver wrote it.
+    std::optional<ScalarFieldStats> yPlus;
+    /// Seconds of each part; absent where a part did not take place or gave nothing.
+    std::optional<double> surfaceSeconds;
+    std::optional<double> wallReportSeconds;
+    std::optional<double> volumeSeconds;
+    std::optional<double> streamlinesSeconds;
+    std::optional<double> vortexSeconds;
+};
+
 /// Everything that a finished run leaves behind. Fields are in the application's frame of axes for
 /// a run in three dimensions, in the mesh's own for one in two.
 struct SimulationResult {
@@ -146,6 +159,7 @@ struct SimulationResult {
     std::optional<std::filesystem::path> configFile;
     std::optional<StopReason> stopReason;
     std::optional<std::int64_t> meshCells;
+    HarvestFigures figures;
 };
 
 } // namespace ostrella

@@ -1,24 +1,13 @@
 #pragma once
 
+#include "Models/ScalarFieldStats.h"
 #include "Models/SurfaceField.h"
 #include "Models/VolumeField.h"
 
-#include <cstdint>
 #include <filesystem>
 #include <string_view>
 
 namespace ostrella {
-
-/// A scalar field reduced to five figures.
-struct ScalarFieldStats {
-    std::int64_t count = 0;
-    float min = 0.0F;
-    float max = 0.0F;
-    float mean = 0.0F;
-    float p95 = 0.0F; ///< the 95th percentile: the sorted value at (count − 1) × 0.95, cut off
-
-    bool operator==(const ScalarFieldStats&) const = default;
-};
 
 /// Reads the ASCII legacy VTK files of the flow solver: a scanner of words between white space that
 /// looks for the keywords it needs, in a fixed order, and passes over everything else. Positions

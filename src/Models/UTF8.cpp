@@ -1,5 +1,7 @@
 #include "Models/UTF8.h"
 
+#include <algorithm>
+#include <cstddef>
 #include <cstdint>
 #include <cstring>
 
@@ -49,6 +51,20 @@ std::size_t characterSize(std::string_view text) {
 }
 
 } // namespace
+
+bool isASCII(std::string_view text) {
+    const char* at = text.data();
+    const char* const end = at + text.size();
+    constexpr std::ptrdiff_t group = 128; // long enough for whole vector registers
+    for (; end - at >= group; at += group) {
+        unsigned char all = 0;
+        for (std::ptrdiff_t i = 0; i < group; ++i)
+            all |= static_cast<unsigned char>(at[i]);
+        if (all >= 0x80)
+            return false;
+    }
+    return std::all_of(at, end, [](char c) { return static_cast<unsigned char>(c) < 0x80; });
+}
 
 bool isValid(std::string_view text) {
     while (!text.empty()) {
@@ -102,6 +118,15 @@ std::size_t blank(std::string_view text) {
     const bool isSpace = code == 0x1680 || (code >= 0x2000 && code <= 0x200A) || code == 0x202F ||
                          code == 0x205F || code == 0x3000;
     return isSpace ? 3 : 0;
+}
+
+std::size_t whiteSpace(std::string_view text) {
+    if (text.empty())
+        return 0;
+    if (text[0] == ' ' || (text[0] >= '\t' && text[0] <= '\r'))
+        return 1;
+    const std::size_t space = blank(text);
+    return space != 0 ? space : lineEnd(text);
 }
 
 } // namespace ostrella::UTF8

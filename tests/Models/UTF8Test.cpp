@@ -46,6 +46,32 @@ TEST(UTF8, AFaultIsFoundAtAnyPlaceOfALongText) {
     EXPECT_TRUE(UTF8::isValid(""));
 }
 
+TEST(UTF8, OneByteMakesATextOtherThanASCIIAtAnyPlace) {
+    for (const std::size_t size : {0, 1, 127, 128, 129, 300}) {
+        const std::string text(size, '\x7F');
+        EXPECT_TRUE(UTF8::isASCII(text)) << size;
+        for (std::size_t place = 0; place < size; ++place) {
+            std::string other = text;
+            other[place] = '\x80';
+            ASSERT_FALSE(UTF8::isASCII(other)) << size << ' ' << place;
+        }
+    }
+}
+
+TEST(UTF8, WhiteSpaceIsTheseCharactersAndNoOthers) {
+    for (unsigned code = 0; code < 0x10000; ++code) {
+        if (code >= 0xD800 && code <= 0xDFFF)
+            continue;
+        const std::string text = encoded(code) + "\n";
+        const bool isSpace = (code >= 0x09 && code <= 0x0D) || code == 0x20 || code == 0x85 ||
+                             code == 0xA0 || code == 0x1680 || (code >= 0x2000 && code <= 0x200A) ||
+                             code == 0x2028 || code == 0x2029 || code == 0x202F || code == 0x205F ||
+                             code == 0x3000;
+        ASSERT_EQ(UTF8::whiteSpace(text), isSpace ? text.size() - 1 : 0) << code;
+    }
+    EXPECT_EQ(UTF8::whiteSpace(""), 0U);
+}
+
 TEST(UTF8, TheLineEndsAndBlanksAreTheseAndNoOthers) {
     for (unsigned code = 0; code < 0x10000; ++code) {
         if (code >= 0xD800 && code <= 0xDFFF)

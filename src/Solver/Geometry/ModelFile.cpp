@@ -1,19 +1,15 @@
 #include "Solver/Geometry/ModelFile.h"
 
+#include "Models/FileError.h"
+#include "Models/OrdinaryFile.h"
 #include "Solver/Geometry/ModelScreen.h"
 #include "Solver/Geometry/STLParser.h"
 
 #include <fmt/format.h>
 
-#include <algorithm>
-#include <cerrno>
-#include <span>
+#include <new>
 #include <string>
 #include <system_error>
-
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
 namespace ostrella {
 
@@ -21,72 +17,39 @@ namespace {
 
 using Reason = ModelLoadError::Reason;
 
-class FileHandle {
-public:
-    explicit FileHandle(int file) : file_(file) {}
-    FileHandle(const FileHandle&) = delete;
-    FileHandle& operator=(const FileHandle&) = delete;
-    ~FileHandle() {
-        if (file_ >= 0)
-            ::close(file_);
-    }
-    int get() const { return file_; }
-
-private:
-    int file_;
-};
-
 /// "'part.stl'", or the whole path where it has no last component.
 std::string quotedName(const std::filesystem::path& path) {
     const auto name = path.filename();
     return "'" + (name.empty() ? path : name).string() + "'";
 }
 
-[[noreturn]] void failWithSystemError(const std::filesystem::path& path, int error) {
+/// The failure to read `path` in the words of the loader.
+[[noreturn]] void refuse(
+    const std::filesystem::path& path, const std::error_code& reason, std::uint64_t limit) {
     const auto name = quotedName(path);
-    if (error == ENOENT || error == ENOTDIR)
+    if (reason == std::errc::no_such_file_or_directory || reason == std::errc::not_a_directory)
         throw ModelLoadError(
             Reason::missing, name + " does not exist. Check its name and folder, and try again.");
-    if (error == EACCES || error == EPERM)
+    if (reason == std::errc::permission_denied || reason == std::errc::operation_not_permitted)
         throw ModelLoadError(Reason::notPermitted,
             name + " may not be read. Change its permissions, or copy it to a folder of yours.");
-    throw ModelLoadError(Reason::unreadable,
-        fmt::format("{} could not be read: {}. Copy it to another place, and try again.", name,
-            std::generic_category().message(error)));
-}
-
-/// Throws unless `status` is that of an ordinary file within the limit.
-void requireOrdinaryFile(
-    const std::filesystem::path& path, const struct stat& status, std::uint64_t limit) {
-    const auto name = quotedName(path);
-    if (S_ISDIR(status.st_mode))
+    if (reason == std::errc::is_a_directory)
         throw ModelLoadError(
             Reason::folder, name + " is a folder. Choose the STL file of one model.");
-    if (!S_ISREG(status.st_mode))
+    if (reason == std::errc::not_supported)
         throw ModelLoadError(Reason::notAFile,
             name + " is a device, a pipe or a socket. Choose an STL file on disk.");
-    if (static_cast<std::uint64_t>(status.st_size) > limit)
+    if (reason == std::errc::file_too_large) {
+        std::error_code gone;
         throw ModelLoadError(Reason::tooLarge,
             fmt::format("{} is too large: {:.1f} GB, and at most {:.1f} GB can be loaded. Export "
                         "the model with fewer facets.",
-                name, static_cast<double>(status.st_size) * 1e-9,
+                name, static_cast<double>(std::filesystem::file_size(path, gone)) * 1e-9,
                 static_cast<double>(limit) * 1e-9));
-}
-
-/// Fills `bytes` from the file, and cuts them off where it ends sooner.
-void readAll(int file, LargeBuffer<std::byte>& bytes, const std::filesystem::path& path) {
-    std::size_t done = 0;
-    while (done < bytes.size()) {
-        constexpr std::size_t portion = std::size_t{1} << 30; // systems refuse more at a time
-        const auto got = ::read(file, bytes.data() + done, std::min(portion, bytes.size() - done));
-        if (got == 0)
-            break;
-        if (got > 0)
-            done += static_cast<std::size_t>(got);
-        else if (errno != EINTR)
-            failWithSystemError(path, errno);
     }
-    bytes.truncate(done);
+    throw ModelLoadError(Reason::unreadable,
+        fmt::format("{} could not be read: {}. Copy it to another place, and try again.", name,
+            reason.message()));
 }
 
 [[noreturn]] void failForMemory(const std::filesystem::path& path) {
@@ -98,20 +61,13 @@ void readAll(int file, LargeBuffer<std::byte>& bytes, const std::filesystem::pat
 } // namespace
 
 LargeBuffer<std::byte> readModelFile(const std::filesystem::path& path, std::uint64_t limit) {
-    struct stat status {};
-    // Looked at before it is opened, since opening alone can set a device going; and once more
-    // behind it, since the name may stand for something else by then.
-    if (::stat(path.c_str(), &status) != 0)
-        failWithSystemError(path, errno);
-    requireOrdinaryFile(path, status, limit);
-    const FileHandle file(::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
-    if (file.get() < 0 || ::fstat(file.get(), &status) != 0)
-        failWithSystemError(path, errno);
-    requireOrdinaryFile(path, status, limit);
     try {
-        LargeBuffer<std::byte> bytes(static_cast<std::size_t>(status.st_size));
-        readAll(file.get(), bytes, path);
+        const OrdinaryFile file(path, limit);
+        LargeBuffer<std::byte> bytes(static_cast<std::size_t>(file.size()));
+        bytes.truncate(file.read({bytes.data(), bytes.size()}));
         return bytes;
+    } catch (const FileError& error) {
+        refuse(path, error.code(), limit);
     } catch (const std::bad_alloc&) {
         failForMemory(path);
     }

@@ -4,6 +4,7 @@
 #include "Models/Streamlines.h"
 #include "Solver/Flow/StreamlineGenerator.h"
 #include "Solver/Flow/VTKLegacyParser.h"
+#include "Solver/Flow/VTKText.h"
 
 #include <exception>
 #include <filesystem>
@@ -37,13 +38,16 @@ inline constexpr float largestNumber = 1e12F;
 /// for an id beyond the points, and for a coordinate that is not finite or beyond `largestNumber`.
 /// The scalar may hold anything.
 SurfaceField parseSurface(const std::filesystem::path& url, std::string_view scalarName);
+SurfaceField parseSurface(VTKText text, std::string_view scalarName);
 
 /// VTKLegacyParser::parseVolume. Throws FlowScreenError, too, for a count or id that cannot be.
 /// Coordinates and velocities may be anything: what computes with them asks `requireFinite`.
 VolumeField parseVolume(const std::filesystem::path& url, std::string_view vectorName);
+VolumeField parseVolume(VTKText text, std::string_view vectorName);
 
 /// VTKLegacyParser::extractScalarStats. Throws FlowScreenError, too, for a count that cannot be.
 ScalarFieldStats extractScalarStats(const std::filesystem::path& url, std::string_view scalarName);
+ScalarFieldStats extractScalarStats(VTKText text, std::string_view scalarName);
 
 /// Throws FlowScreenError if a coordinate or velocity is not finite or beyond `largestNumber`, with
 /// the number of such points and the first of them.

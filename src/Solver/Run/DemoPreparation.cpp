@@ -1,6 +1,7 @@
 // The part of the built-in aerofoil's run that ends with a complete case in the run directory.
 
 #include "Platform/ExclusiveCopy.h"
+#include "Solver/Run/CaseConfiguration.h"
 #include "Solver/Run/SolverLaunch.h"
 #include "Solver/Run/SolverRunner.h"
 #include "Solver/Run/StageExit.h"
@@ -64,7 +65,7 @@ SolverRunner::PreparedCase SolverRunner::prepareDemo(
             replaceAll(SU2ConfigTemplate::renderIncompressible(
                            configTemplate, incompressible, meshFilename, dimensions),
                 "{{REF_AREA}}", fmt::format("{:.6f}", referenceArea));
-        writeTextAtomically(prepared.directory / "run.cfg", configuration);
+        writeConfiguration(prepared.directory, configuration, inputs);
         log.info(fmt::format("Working dir: {}", prepared.directory.string()));
         log.info(fmt::format("V={:.2f} m/s, α={:.2f}°, ρ={:.3f} kg/m³, ITER={}", inputs.velocity,
             inputs.alpha, inputs.density, inputs.maxIterations));

@@ -3,6 +3,7 @@
 #include "Solver/Geometry/ModelScreen.h"
 #include "Solver/Geometry/SolverFrame.h"
 #include "Solver/Geometry/Welding.h"
+#include "Solver/Run/CaseConfiguration.h"
 #include "Solver/Run/ReferenceArea.h"
 #include "Solver/Run/SolverLaunch.h"
 #include "Solver/Run/SolverRunner.h"
@@ -75,8 +76,8 @@ SolverRunner::PreparedCase SolverRunner::prepareSTL(const STLContext& stl,
     const std::string configuration =
         renderConfiguration(configTemplate, inputs, mesh.meshURL.filename().string(), area);
     log.info(fmt::format("Reference area (planform, top view): {:.4f} m²", area));
-    atStage(RunStage::solver,
-        [&] { writeTextAtomically(prepared.directory / "run.cfg", configuration); });
+    atStage(
+        RunStage::solver, [&] { writeConfiguration(prepared.directory, configuration, inputs); });
     log.info(fmt::format("V={:.2f} m/s, α={:.2f}°, β={:.2f}°, ρ={:.3f} kg/m³, ITER={}",
         inputs.velocity, inputs.alpha, inputs.beta, inputs.density, inputs.maxIterations));
     return prepared;

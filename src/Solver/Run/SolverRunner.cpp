@@ -24,16 +24,17 @@ SolverRunner::SolverRunner(
 
 SimulationResult SolverRunner::runSTL(const STLContext& stl, const SimulationInputs& inputs,
     const RunLog& log, const QPointer<HistoryStore>& history, const Events& events) const {
-    return solveAndHarvest(prepareSTL(stl, inputs, log, events), log, history, events);
+    return solveAndHarvest(prepareSTL(stl, inputs, log, events), inputs, log, history, events);
 }
 
 SimulationResult SolverRunner::runDemo(const SimulationInputs& inputs, const RunLog& log,
     const QPointer<HistoryStore>& history, const Events& events) const {
-    return solveAndHarvest(prepareDemo(inputs, log, events), log, history, events);
+    return solveAndHarvest(prepareDemo(inputs, log, events), inputs, log, history, events);
 }
 
-SimulationResult SolverRunner::solveAndHarvest(const PreparedCase& prepared, const RunLog& log,
-    const QPointer<HistoryStore>& history, const Events& events) const {
+SimulationResult SolverRunner::solveAndHarvest(const PreparedCase& prepared,
+    const SimulationInputs& inputs, const RunLog& log, const QPointer<HistoryStore>& history,
+    const Events& events) const {
     log.info("Launching SU2_CFD…");
     const SolveOutcome outcome = atStage(RunStage::solver, [&] {
         return launchSU2(prepared.solver, prepared.directory, prepared.dimensions, log, history,
@@ -41,8 +42,10 @@ SimulationResult SolverRunner::solveAndHarvest(const PreparedCase& prepared, con
     });
     token_.throwIfCancelled();
     sendEvent(events, RunPhase::postProcessing());
-    return atStage(RunStage::results,
-        [&] { return harvestResult(prepared.directory, outcome, prepared.meshCells, token_); });
+    return atStage(RunStage::results, [&] {
+        return harvestResult(prepared.directory, outcome, prepared.meshCells, prepared.dimensions,
+            inputs, log, token_, *environment_.clock);
+    });
 }
 
 fs::path SolverRunner::makeRunDirectory() const {

@@ -90,8 +90,8 @@ private:
     std::filesystem::path makeRunDirectory() const;
     std::filesystem::path locateSolver(const RunLog& log) const;
     std::filesystem::path locateTemplate(std::string_view name) const;
-    SimulationResult solveAndHarvest(const PreparedCase& prepared, const RunLog& log,
-        const QPointer<HistoryStore>& history, const Events& events) const;
+    SimulationResult solveAndHarvest(const PreparedCase& prepared, const SimulationInputs& inputs,
+        const RunLog& log, const QPointer<HistoryStore>& history, const Events& events) const;
 
     RunEnvironment environment_;
     CancellationToken token_;

@@ -24,6 +24,11 @@ TEST_F(DemoRun, logsEachStepInOrder) {
             TextLine("Launching SU2_CFD…", Level::info),
             TextLine("Maximum number of iterations reached (ITER = 200).", Level::su2),
             TextLine("SU2_CFD finished in 0.0 s", Level::info),
+            TextLine("Surface: 3 points, 1 primitives, Cp ∈ [-0.500, 0.500]", Level::ok),
+            TextLine("Volume: 4 points parsed in 0.0 s", Level::info),
+            TextLine("Generating streamlines…", Level::info),
+            TextLine("Streamlines: 100 seeds → 0 segments in 0.00 s, |V| ∈ [50.00, 50.00] m/s",
+                Level::ok),
             TextLine("Iteration cap reached · 2 / 200 iter · not converged · CL 0.3000 · CD 0.4000 "
                      "· 0.0 s",
                 Level::warn)));
@@ -81,7 +86,9 @@ TEST_F(DemoRun, takesTheUsersFlowAndModelButNoSideslip) {
                                "INC_VELOCITY_INIT= (0.000000, 20.000000, 0.000000)\n"
                                "ITER= 200\n"
                                "REF_AREA= 1.000000\n"
-                               "MESH_FILENAME= mesh.su2\n");
+                               "MESH_FILENAME= mesh.su2\n"
+                               "% For ostrella-batch --results: --velocity 20 --inlet-offset 0.5 "
+                               "--wake-length 2 --seed-count 100\n");
 }
 
 TEST_F(DemoRun, solvesACopyOfItsMesh) {

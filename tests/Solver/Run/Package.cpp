@@ -34,7 +34,7 @@ DATASET UNSTRUCTURED_GRID
 POINTS 3 double
 0 0 0
 1 0 0
-0 1 0
+0.5 0 0
 CELLS 1 4
 3 0 1 2
 CELL_TYPES 1
@@ -68,6 +68,8 @@ VECTORS Velocity double
 50 0 0
 END
 )";
+
+const std::string openTriangle = "sed -i 's/^0.5 0 0$/0 1 0/' surface_flow.vtk\n";
 
 const std::string capMessage = "echo 'Maximum number of iterations reached (ITER = 200).'\n";
 const std::string convergedMessage = "echo 'All convergence criteria satisfied.'\n";

@@ -18,8 +18,11 @@ namespace Script {
 extern const std::string mesh;
 /// Writes two rows of history: CL 0.3 and CD 0.4 at iteration 1.
 extern const std::string history;
-/// Writes a surface of one triangle and a field around it.
+/// Writes a surface of one triangle, squeezed to a line along the flow, so without any vortex step,
+/// and a field around it.
 extern const std::string fields;
+/// Opens that triangle in the solver's x and y, so in the x and z of a run in three dimensions.
+extern const std::string openTriangle;
 /// Says that the limit of iterations was reached, or that the solution converged.
 extern const std::string capMessage;
 extern const std::string convergedMessage;

@@ -32,11 +32,17 @@ protected:
         return [this](const SolverRunner::Event& event) { events_.push_back(event); };
     }
     std::string configuration() { return readFile(runDirectory() / "run.cfg"); }
+    /// What stands beneath the solver's options.
+    static std::string comment(const std::string& velocity) {
+        return "% For ostrella-batch --results: --velocity " + velocity +
+               " --inlet-offset 0.5 --wake-length 2 --seed-count 100\n";
+    }
 
     std::vector<SolverRunner::Event> events_;
 };
 
 TEST_F(STLRun, logsEachStepInOrder) {
+    package_.setSolver(Script::goodSolver + Script::openTriangle);
     runToEnd();
     const std::string solver = package_.tool("SU2_CFD").string();
     const std::string mesher = package_.tool("gmsh").string();
@@ -61,6 +67,14 @@ TEST_F(STLRun, logsEachStepInOrder) {
             TextLine("Launching SU2_CFD…", Level::info),
             TextLine("Maximum number of iterations reached (ITER = 200).", Level::su2),
             TextLine("SU2_CFD finished in 0.0 s", Level::info),
+            TextLine("Surface: 3 points, 1 primitives, Cp ∈ [-0.500, 0.500]", Level::ok),
+            TextLine("Volume: 4 points parsed in 0.0 s", Level::info),
+            TextLine("Generating streamlines…", Level::info),
+            // The seeds stand ahead of the small volume, and no line gets anywhere.
+            TextLine("Streamlines: 100 seeds → 0 segments in 0.00 s, |V| ∈ [50.00, 50.00] m/s",
+                Level::ok),
+            TextLine("Extracting vortex iso-surface (Q-criterion)…", Level::info),
+            TextLine("Vortex: no Q > 0 region in the wake.", Level::warn),
             TextLine("Iteration cap reached · 2 / 200 iter · not converged · CL 0.3000 · CD 0.4000 "
                      "· 0.0 s",
                 Level::warn)));
@@ -153,7 +167,8 @@ TEST_F(STLRun, fillsTheIncompressibleTemplate) {
                                "INC_VELOCITY_INIT= (0.000000, 0.000000, 40.000000)\n"
                                "ITER= 77\n"
                                "REF_AREA= 1.000000\n"
-                               "MESH_FILENAME= mesh.su2\n");
+                               "MESH_FILENAME= mesh.su2\n" +
+                                   comment("40"));
 }
 
 TEST_F(STLRun, fillsTheCompressibleTemplate) {
@@ -161,7 +176,8 @@ TEST_F(STLRun, fillsTheCompressibleTemplate) {
     app_->parameters.setVelocity(340.2970287557621);
     runToEnd();
     EXPECT_THAT(texts(), Contains("Regime: Compressible (transonic+)"));
-    EXPECT_EQ(configuration(), "SOLVER= RANS\nMACH_NUMBER= 1.0000\nREF_AREA= 1.000000\n");
+    EXPECT_EQ(configuration(),
+        "SOLVER= RANS\nMACH_NUMBER= 1.0000\nREF_AREA= 1.000000\n" + comment("340.2970287557621"));
 }
 
 TEST_F(STLRun, tellsTheValuesThatItRunsWith) {

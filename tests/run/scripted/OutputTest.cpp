@@ -65,6 +65,11 @@ TEST_F(OutputTest, TheLogHasTheLinesOfTheDesktopInTheirOrder) {
             MatchesRegex("\\[INFO\\] Reference area \\(planform, top view\\): 3\\.1[0-9]+ m²"),
             "[INFO] V=50.00 m/s, α=0.00°, β=0.00°, ρ=1.225 kg/m³, ITER=200",
             "[INFO] Launching SU2_CFD…", MatchesRegex("\\[INFO\\] SU2_CFD finished in [0-9.]+ s"),
+            "[OK] Surface: 3 points, 1 primitives, Cp ∈ [-0.500, 0.500]",
+            MatchesRegex("\\[INFO\\] Volume: 4 points parsed in [0-9.]+ s"),
+            "[INFO] Generating streamlines…",
+            MatchesRegex("\\[OK\\] Streamlines: 100 seeds → 0 segments in [0-9.]+ s, \\|V\\| ∈ "
+                         "\\[50.00, 50.00\\] m/s"),
             MatchesRegex("\\[OK\\] Converged at iter 3 · CL 0.2500 · CD 0.5000 · [0-9.]+ s")));
 }
 

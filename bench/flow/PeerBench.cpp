@@ -40,6 +40,14 @@ vtkSmartPointer<vtkUnstructuredGrid> grid() {
     reader->SetFileName(RecordedWing::volumeFile().c_str());
     reader->SetVectorsName("Velocity");
     reader->Update();
+    // Into the frame of axes that our fields are in, ahead of what is measured.
+    const auto& volume = RecordedWing::volume();
+    auto* points = reader->GetOutput()->GetPoints();
+    auto* velocity = reader->GetOutput()->GetPointData()->GetArray("Velocity");
+    for (std::size_t i = 0; i < volume.positions.size(); ++i) {
+        points->SetPoint(static_cast<vtkIdType>(i), &volume.positions[i].x);
+        velocity->SetTuple(static_cast<vtkIdType>(i), &volume.velocity[i].x);
+    }
     return reader->GetOutput();
 }
 
@@ -92,7 +100,7 @@ double levelOf(vtkDataArray& q) {
 
 /// The box that our lattice fills, as VTK names boxes.
 std::array<double, 6> vortexBox() {
-    const auto& focus = RecordedWing::vortexFocus();
+    const auto& focus = RecordedWing::focus();
     const double length = focus.bodyLength();
     const double halfWidth = std::max(focus.size.y, focus.size.z) + 0.5 * focus.largestExtent();
     return {focus.center.x - 0.5 * focus.size.x - focus.upstreamFactor * length,

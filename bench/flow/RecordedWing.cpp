@@ -2,6 +2,7 @@
 
 #include "Solver/Flow/StreamlineGenerator.h"
 #include "Solver/Flow/VTKLegacyParser.h"
+#include "Solver/Geometry/SolverFrame.h"
 
 namespace ostrella::bench {
 
@@ -12,8 +13,8 @@ std::filesystem::path folder() {
 }
 
 StreamlineFocus focusOfTheSurface() {
-    const auto surface =
-        VTKLegacyParser::parseSurface(RecordedWing::surfaceFile(), "Pressure_Coefficient");
+    const auto surface = SolverFrame::toApp(
+        VTKLegacyParser::parseSurface(RecordedWing::surfaceFile(), "Pressure_Coefficient"));
     return StreamlineFocus::around(surface.boundingMin, surface.boundingMax, 0.5F, 2.0F);
 }
 
@@ -28,21 +29,13 @@ std::filesystem::path RecordedWing::surfaceFile() {
 }
 
 const VolumeField& RecordedWing::volume() {
-    static const auto field = VTKLegacyParser::parseVolume(volumeFile(), "Velocity");
+    static const auto field =
+        SolverFrame::toApp(VTKLegacyParser::parseVolume(volumeFile(), "Velocity"));
     return field;
 }
 
 const StreamlineFocus& RecordedWing::focus() {
     static const auto result = focusOfTheSurface();
-    return result;
-}
-
-const StreamlineFocus& RecordedWing::vortexFocus() {
-    static const auto result = [] {
-        StreamlineFocus volumetric = focus();
-        volumetric.isVolumetric = true;
-        return volumetric;
-    }();
     return result;
 }
 

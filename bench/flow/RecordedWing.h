@@ -8,7 +8,8 @@
 
 namespace ostrella::bench {
 
-/// The recorded run of a wing at 5°, 56 053 points in 315 292 tetrahedra.
+/// The recorded run of a wing at 5°, 56 053 points in 315 292 tetrahedra. Fields are in the model's
+/// frame of axes, the files in the solver's.
 namespace RecordedWing {
 
 std::filesystem::path volumeFile();
@@ -24,8 +25,6 @@ inline constexpr float percentile = 99.5F;
 /// Read or made at the first call and kept, all of them.
 const VolumeField& volume();
 const StreamlineFocus& focus();
-/// The wing is so thin that a run looks for no vortices about it; this focus has them looked for.
-const StreamlineFocus& vortexFocus();
 const Streamlines& streamlines();
 
 } // namespace RecordedWing

@@ -57,7 +57,7 @@ vtkSmartPointer<vtkPolyData> linesOfVTK() {
 /// A level low enough for a surface of some size.
 const IsoSurface& largeSurface() {
     static const auto surface = VortexExtractor::extract(
-        RecordedWing::volume(), RecordedWing::vortexFocus(), RecordedWing::resolution, 50.0F);
+        RecordedWing::volume(), RecordedWing::focus(), RecordedWing::resolution, 50.0F);
     precondition(surface.has_value(), "the recorded wing has no vortex surface");
     return *surface;
 }

@@ -35,38 +35,76 @@ CroppedFlow::Points CroppedFlow::crop(const VolumeField& volume, const Streamlin
 CroppedFlow::CroppedFlow(const VolumeField& volume, const StreamlineFocus& focus)
     : CroppedFlow(crop(volume, focus)) {}
 
-CroppedFlow::CroppedFlow(Points points)
-    : positions_(std::move(points.positions)),
-      grid_(positions_, static_cast<int>(std::max<std::int64_t>(
-                            8, truncatedCubeRoot(static_cast<std::int64_t>(positions_.size()))))),
-      velocities_(std::move(points.velocities)) {}
-
-CroppedFlow::Sum CroppedFlow::sumAt(const Vec3& point, int count) const {
-    Sum sum;
-    for (const int neighbor : grid_.findKNearest(point, positions_, count)) {
-        const Vec3& v = velocities_[static_cast<std::size_t>(neighbor)];
-        if (squaredLength(v) < 1e-6F) {
-            ++sum.wallPoints;
-            continue;
-        }
-        const Vec3 d = positions_[static_cast<std::size_t>(neighbor)] - point;
-        const float w = 1.0F / std::max(squaredLength(d), 1e-9F);
-        sum.velocity += w * v;
-        sum.weight += w;
+CroppedFlow::CroppedFlow(const Points& points)
+    : grid_(points.positions,
+          static_cast<int>(std::max<std::int64_t>(
+              8, truncatedCubeRoot(static_cast<std::int64_t>(points.positions.size()))))),
+      velocities_(points.positions.size()) {
+    for (std::size_t i = 0; i < velocities_.size(); ++i) {
+        const Vec3& v = points.velocities[static_cast<std::size_t>(grid_.cellPoints()[i])];
+        const bool isWall = squaredLength(v) < 1e-6F;
+        velocities_[i] = isWall ? Float4{0.0F, 0.0F, 0.0F, 0.0F} : Float4{v.x, v.y, v.z, 1.0F};
     }
-    return sum;
+}
+
+/// The sums by inverse squared distance, one neighbour after the other.
+CroppedFlow::Sum CroppedFlow::sumOf(NearestPoints& nearest) const {
+    for (std::size_t i = nearest.count; i < NearestPoints::most; ++i)
+        nearest.dist2[i] = 1.0F;
+    const Float4 least = allLanes(1e-9F);
+    alignas(16) float weights[NearestPoints::most];
+    for (std::size_t i = 0; i < NearestPoints::most; i += 4)
+        storeVector(
+            weights + i, 1.0F / greater(loadVector<Float4>(nearest.dist2.data() + i), least));
+    Float4 sum = allLanes(0.0F);
+    Float4 flowing = allLanes(0.0F);
+    for (std::size_t i = 0; i < nearest.count; ++i) {
+        const Float4 velocity = velocities_[static_cast<std::size_t>(nearest.places[i])];
+        sum += weights[i] * velocity;
+        flowing += velocity;
+    }
+    return {sum, static_cast<int>(nearest.count) - static_cast<int>(flowing[3])};
+}
+
+Vec3 CroppedFlow::velocityOf(const Sum& sum) {
+    if (sum.weighted[3] == 0.0F)
+        return Vec3(0.0F);
+    const Float4 mean = sum.weighted / sum.weighted[3];
+    return {mean[0], mean[1], mean[2]};
+}
+
+Vec3 CroppedFlow::latticeVelocityOf(const Sum& sum) {
+    if (sum.wallPoints > 3 || sum.weighted[3] == 0.0F)
+        return Vec3(std::numeric_limits<float>::quiet_NaN());
+    const Float4 mean = sum.weighted / sum.weighted[3];
+    return {mean[0], mean[1], mean[2]};
 }
 
 Vec3 CroppedFlow::velocityAt(const Vec3& point) const {
-    const Sum sum = sumAt(point, 8);
-    return sum.weight == 0.0F ? Vec3(0.0F) : sum.velocity / sum.weight;
+    NearestPoints nearest;
+    grid_.findKNearest(point, neighbors, nearest);
+    return velocityOf(sumOf(nearest));
 }
 
 Vec3 CroppedFlow::latticeVelocityAt(const Vec3& point) const {
-    const Sum sum = sumAt(point, 6);
-    if (sum.wallPoints > 3 || sum.weight == 0.0F)
-        return Vec3(std::numeric_limits<float>::quiet_NaN());
-    return sum.velocity / sum.weight;
+    NearestPoints nearest;
+    grid_.findKNearest(point, latticeNeighbors, nearest);
+    return latticeVelocityOf(sumOf(nearest));
+}
+
+CroppedFlow::Probe::Probe(const CroppedFlow& flow)
+    : flow_(&flow), search_(flow.grid_, neighbors), latticeSearch_(flow.grid_, latticeNeighbors) {}
+
+Vec3 CroppedFlow::Probe::velocityAt(const Vec3& point) {
+    NearestPoints nearest;
+    search_.find(point, nearest);
+    return velocityOf(flow_->sumOf(nearest));
+}
+
+Vec3 CroppedFlow::Probe::latticeVelocityAt(const Vec3& point) {
+    NearestPoints nearest;
+    latticeSearch_.find(point, nearest);
+    return latticeVelocityOf(flow_->sumOf(nearest));
 }
 
 } // namespace ostrella

@@ -1,6 +1,9 @@
 #pragma once
 
+#include "Models/LargeBuffer.h"
 #include "Models/VolumeField.h"
+#include "Solver/Flow/FloatVectors.h"
+#include "Solver/Flow/NearestSearch.h"
 #include "Solver/Flow/Spatial3DGrid.h"
 #include "Solver/Flow/StreamlineFocus.h"
 
@@ -23,26 +26,45 @@ public:
     /// on the wall, so inside the body, or none has a say.
     Vec3 latticeVelocityAt(const Vec3& point) const;
 
+    /// The same velocities at many points, each near the one before: sooner. Refers to the flow.
+    /// For one thread.
+    class Probe {
+    public:
+        explicit Probe(const CroppedFlow& flow);
+        Vec3 velocityAt(const Vec3& point);
+        Vec3 latticeVelocityAt(const Vec3& point);
+
+    private:
+        const CroppedFlow* flow_;
+        NearestSearch search_;
+        NearestSearch latticeSearch_;
+    };
+
     const Spatial3DGrid& grid() const { return grid_; }
 
 private:
+    static constexpr int neighbors = 8;
+    static constexpr int latticeNeighbors = 6;
+
     struct Points {
         std::vector<Vec3> positions;
         std::vector<Vec3> velocities;
     };
     struct Sum {
-        Vec3 velocity{0.0F}; ///< weighted
-        float weight = 0.0F;
-        int wallPoints = 0;
+        Float4 weighted; ///< velocity, and the weights themselves
+        int wallPoints;
     };
 
-    explicit CroppedFlow(Points points);
+    explicit CroppedFlow(const Points& points);
     static Points crop(const VolumeField& volume, const StreamlineFocus& focus);
-    Sum sumAt(const Vec3& point, int count) const;
+    Sum sumOf(NearestPoints& nearest) const;
+    static Vec3 velocityOf(const Sum& sum);
+    static Vec3 latticeVelocityOf(const Sum& sum);
 
-    std::vector<Vec3> positions_;
     Spatial3DGrid grid_;
-    std::vector<Vec3> velocities_;
+    /// Velocities in the grid's order and a one, by which the weights are summed; zeros on the
+    /// wall, which leave every sum as it is.
+    LargeBuffer<Float4> velocities_;
 };
 
 } // namespace ostrella

@@ -4,94 +4,131 @@
 #include "Models/Precondition.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstddef>
 #include <limits>
+#include <utility>
 
 namespace ostrella {
 
-int Spatial3DGrid::cellOf(float coordinate, int axis) const {
-    const float quotient = (coordinate - boundingMin_[axis]) / cellSize_[axis];
-    precondition(std::isfinite(quotient), "a position in a grid's lookup is not finite");
-    return static_cast<int>(std::clamp(quotient, 0.0F, static_cast<float>(cellsPerAxis_ - 1)));
+namespace {
+
+/// Vectors of coordinates may reach this far behind the last point.
+constexpr std::size_t slack = 8;
+
+/// Four points, three vectors: lane i of them is axis i % 3.
+constexpr std::size_t group = 4;
+using Lanes = std::array<Float4, 3>;
+
+Lanes lanesOf(const Vec3& axes) {
+    Lanes lanes;
+    for (int i = 0; i < 12; ++i)
+        lanes[static_cast<std::size_t>(i / 4)][i % 4] = axes[i % 3];
+    return lanes;
+}
+
+} // namespace
+
+GridCell Spatial3DGrid::cellAt(const Vec3& position) const {
+    const float x = (position.x - boundingMin_.x) / cellSize_.x;
+    const float y = (position.y - boundingMin_.y) / cellSize_.y;
+    const float z = (position.z - boundingMin_.z) / cellSize_.z;
+    precondition(std::isfinite(x) && std::isfinite(y) && std::isfinite(z),
+        "a position in a grid's lookup is not finite");
+    // Clamped ahead of the cut, so that no quotient is too large for an integer.
+    const auto last = static_cast<float>(cellsPerAxis_ - 1);
+    return {static_cast<int>(std::clamp(x, 0.0F, last)),
+        static_cast<int>(std::clamp(y, 0.0F, last)), static_cast<int>(std::clamp(z, 0.0F, last))};
+}
+
+/// The number of each point's cell, as cellAt gives it.
+LargeBuffer<std::int32_t> Spatial3DGrid::cellNumbers(std::span<const Vec3> positions) const {
+    LargeBuffer<std::int32_t> numbers(positions.size());
+    const Lanes low = lanesOf(boundingMin_);
+    const Lanes size = lanesOf(cellSize_);
+    const Float4 first = allLanes(0.0F);
+    const Float4 last = allLanes(static_cast<float>(cellsPerAxis_ - 1));
+    Int4 finite = {-1, -1, -1, -1};
+    std::size_t at = 0;
+    for (; at + group <= positions.size(); at += group) {
+        std::array<std::int32_t, 3 * group> axes;
+        for (std::size_t v = 0; v < 3; ++v) {
+            const auto* from = reinterpret_cast<const float*>(positions.data() + at) + 4 * v;
+            const Float4 quotient = (loadVector<Float4>(from) - low[v]) / size[v];
+            finite &= quotient - quotient == first;
+            storeVector(axes.data() + 4 * v,
+                __builtin_convertvector(lesser(greater(quotient, first), last), Int4));
+        }
+        for (std::size_t i = 0; i < group; ++i)
+            numbers[at + i] =
+                (axes[3 * i + 2] * cellsPerAxis_ + axes[3 * i + 1]) * cellsPerAxis_ + axes[3 * i];
+    }
+    precondition(laneBits(finite) == 15, "a point in a grid is not finite");
+    for (; at < positions.size(); ++at) {
+        const GridCell cell = cellAt(positions[at]);
+        numbers[at] = (cell.z * cellsPerAxis_ + cell.y) * cellsPerAxis_ + cell.x;
+    }
+    return numbers;
+}
+
+/// Takes the places' points apart into arrays that vectors are loaded from.
+void Spatial3DGrid::divide(const LargeBuffer<Placed>& placed) {
+    const std::size_t count = placed.size();
+    LargeBuffer<std::int32_t> points(count);
+    LargeBuffer<float> x(count + slack);
+    LargeBuffer<float> y(count + slack);
+    LargeBuffer<float> z(count + slack);
+    for (std::size_t i = 0; i < count; ++i) {
+        points[i] = placed[i].index;
+        x[i] = placed[i].position.x;
+        y[i] = placed[i].position.y;
+        z[i] = placed[i].position.z;
+    }
+    for (std::size_t i = count; i < count + slack; ++i)
+        x[i] = y[i] = z[i] = 0.0F;
+    cellPoints_ = std::move(points);
+    x_ = std::move(x);
+    y_ = std::move(y);
+    z_ = std::move(z);
 }
 
 Spatial3DGrid::Spatial3DGrid(std::span<const Vec3> positions, int cellsPerAxis)
     : cellsPerAxis_(cellsPerAxis) {
     constexpr auto most = static_cast<std::uint64_t>(std::numeric_limits<std::int32_t>::max());
     precondition(!positions.empty(), "a grid was asked for over no points");
-    precondition(positions.size() <= most, "a grid's points overflow 32 bits");
+    precondition(positions.size() < most, "a grid's points overflow 32 bits");
     precondition(cellsPerAxis >= 1, "a grid was asked for with no cells");
     const auto perAxis = static_cast<std::uint64_t>(cellsPerAxis);
-    precondition(
-        perAxis < 2048 && perAxis * perAxis * perAxis < most, "a grid's cells overflow 32 bits");
+    precondition(perAxis < 2048 && perAxis * perAxis * perAxis < most - 1,
+        "a grid's cells overflow 32 bits");
     const auto box = BoundingBox::of(positions);
     boundingMin_ = box.min;
     for (int axis = 0; axis < 3; ++axis)
         cellSize_[axis] =
             std::max(box.max[axis] - box.min[axis], 1e-6F) / static_cast<float>(cellsPerAxis);
 
-    cellStart_.resize(perAxis * perAxis * perAxis + 1);
-    std::vector<std::int32_t> cells(positions.size());
-    for (std::size_t i = 0; i < positions.size(); ++i) {
-        const Vec3& p = positions[i];
-        cells[i] = (cellOf(p.z, 2) * cellsPerAxis + cellOf(p.y, 1)) * cellsPerAxis + cellOf(p.x, 0);
-        ++cellStart_[static_cast<std::size_t>(cells[i]) + 1];
-    }
-    for (std::size_t i = 1; i < cellStart_.size(); ++i)
-        cellStart_[i] += cellStart_[i - 1];
-    auto next = cellStart_;
-    cellPoints_.resize(positions.size());
-    for (std::size_t i = 0; i < positions.size(); ++i)
-        cellPoints_[static_cast<std::size_t>(next[static_cast<std::size_t>(cells[i])]++)] =
-            static_cast<std::int32_t>(i);
-}
+    // Cell c is counted at c + 2, so that the sums stand at c + 1 while the points are placed: each
+    // moves its cell's sum on by one, and in the end c + 1 holds the end of cell c.
+    const std::size_t cells = perAxis * perAxis * perAxis;
+    const LargeBuffer<std::int32_t> cellOfPoint = cellNumbers(positions);
+    LargeBuffer<std::int32_t> start(cells + 2);
+    std::fill(start.begin(), start.end(), 0);
+    for (const std::int32_t cell : cellOfPoint)
+        ++start[static_cast<std::size_t>(cell) + 2];
+    for (std::size_t i = 2; i < start.size(); ++i)
+        start[i] += start[i - 1];
 
-std::vector<int> Spatial3DGrid::findKNearest(
-    const Vec3& to, std::span<const Vec3> in, int k) const {
-    precondition(in.size() == cellPoints_.size(), "a grid was searched with another array");
-    if (k < 1)
-        return {};
-    const int n = cellsPerAxis_;
-    const int cx = cellOf(to.x, 0);
-    const int cy = cellOf(to.y, 1);
-    const int cz = cellOf(to.z, 2);
-    std::vector<Neighbor> list;
-    list.reserve(std::min(static_cast<std::size_t>(k), cellPoints_.size()));
-    int visited = 0;
-    for (int r = 0; r == 0 || (visited < k && r <= n); ++r) {
-        for (int z = std::max(cz - r, 0); z <= std::min(cz + r, n - 1); ++z) {
-            for (int y = std::max(cy - r, 0); y <= std::min(cy + r, n - 1); ++y) {
-                const bool edge = std::abs(z - cz) == r || std::abs(y - cy) == r;
-                for (int x = cx - r; x <= cx + r; x += edge ? 1 : 2 * r) {
-                    if (x < 0 || x >= n)
-                        continue;
-                    const auto cell = static_cast<std::size_t>((z * n + y) * n + x);
-                    for (auto at = cellStart_[cell]; at < cellStart_[cell + 1]; ++at) {
-                        const int index = cellPoints_[static_cast<std::size_t>(at)];
-                        const Vec3 d = in[static_cast<std::size_t>(index)] - to;
-                        const float dist2 = squaredLength(d);
-                        const int order = visited++;
-                        if (list.size() == static_cast<std::size_t>(k)) {
-                            if (!(dist2 < list.back().dist2))
-                                continue;
-                            list.pop_back();
-                        }
-                        const auto gap = std::upper_bound(list.begin(), list.end(), dist2,
-                            [](float d2, const Neighbor& other) { return d2 < other.dist2; });
-                        list.insert(gap, {index, dist2, order});
-                    }
-                }
-            }
-        }
+    // To a cell's place all of a point goes at once, since each place is far from the one before.
+    LargeBuffer<Placed> placed(positions.size());
+    for (std::size_t i = 0; i < positions.size(); ++i) {
+        const auto cell = static_cast<std::size_t>(cellOfPoint[i]);
+        const auto place = static_cast<std::size_t>(start[cell + 1]++);
+        placed[place] = {positions[i], static_cast<std::int32_t>(i)};
     }
-    if (visited <= k)
-        std::stable_sort(list.begin(), list.end(),
-            [](const Neighbor& a, const Neighbor& b) { return a.order < b.order; });
-    std::vector<int> result(list.size());
-    std::transform(list.begin(), list.end(), result.begin(),
-        [](const Neighbor& neighbor) { return neighbor.index; });
-    return result;
+    start.truncate(cells + 1);
+    cellStart_ = std::move(start);
+    divide(placed);
 }
 
 } // namespace ostrella

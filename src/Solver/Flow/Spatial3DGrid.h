@@ -1,6 +1,10 @@
 #pragma once
 
+#include "Models/LargeBuffer.h"
+#include "Models/SharedArray.h"
 #include "Models/Vector.h"
+#include "Solver/Flow/NearestPoints.h"
+#include "Solver/Flow/ShellWalk.h"
 
 #include <cstdint>
 #include <span>
@@ -10,7 +14,7 @@ namespace ostrella {
 
 /// A uniform grid over scattered points that tells which of them are near a position. Refers to
 /// points by their index in the array it was built from; lengths and frame of axes are that
-/// array's. Immutable: any number of threads may search it at once.
+/// array's. Immutable, and copies share their arrays: any number of threads may search it at once.
 class Spatial3DGrid {
 public:
     /// Sorts the points into cellsPerAxis³ cells over their box. Ends the process at an empty
@@ -25,6 +29,10 @@ public:
     /// and the position finite; otherwise the process ends.
     std::vector<int> findKNearest(const Vec3& to, std::span<const Vec3> in, int k) const;
 
+    /// The same for a k from 1 to NearestPoints::most, with the points by their places in
+    /// cellPoints(): for those who keep what belongs to the points in that order.
+    void findKNearest(const Vec3& to, int k, NearestPoints& found) const;
+
     int cellsX() const { return cellsPerAxis_; }
     int cellsY() const { return cellsPerAxis_; }
     int cellsZ() const { return cellsPerAxis_; }
@@ -34,24 +42,36 @@ public:
     const Vec3& cellSize() const { return cellSize_; }
     /// The points of cell c are cellPoints()[cellStart()[c]] up to cellStart()[c + 1], exclusive. A
     /// cell's number is (iz · cellsY + iy) · cellsX + ix.
-    std::span<const std::int32_t> cellStart() const { return cellStart_; }
+    std::span<const std::int32_t> cellStart() const { return cellStart_.span(); }
     /// Point indices, grouped by cell, ascending within each.
-    std::span<const std::int32_t> cellPoints() const { return cellPoints_; }
+    std::span<const std::int32_t> cellPoints() const { return cellPoints_.span(); }
+
+    /// The cell of a finite position, the nearest one of those outside the box.
+    GridCell cellAt(const Vec3& position) const;
+    /// The points' coordinates in the order of cellPoints(), with room for two vectors behind.
+    const float* x() const { return x_.data(); }
+    const float* y() const { return y_.data(); }
+    const float* z() const { return z_.data(); }
 
 private:
-    struct Neighbor {
-        int index = 0;      ///< the point
-        float dist2 = 0.0F; ///< its squared distance to the position
-        int order = 0;      ///< its place among all points this search looked at
+    /// A point in its place.
+    struct Placed {
+        Vec3 position;
+        std::int32_t index;
     };
 
-    int cellOf(float coordinate, int axis) const;
+    LargeBuffer<std::int32_t> cellNumbers(std::span<const Vec3> positions) const;
+    void divide(const LargeBuffer<Placed>& placed);
+    std::vector<int> findMany(const Vec3& to, std::size_t k) const;
 
     int cellsPerAxis_ = 0;
     Vec3 boundingMin_{0.0F};
     Vec3 cellSize_{0.0F};
-    std::vector<std::int32_t> cellStart_;
-    std::vector<std::int32_t> cellPoints_;
+    SharedArray<std::int32_t> cellStart_;
+    SharedArray<std::int32_t> cellPoints_;
+    SharedArray<float> x_;
+    SharedArray<float> y_;
+    SharedArray<float> z_;
 };
 
 } // namespace ostrella

@@ -118,7 +118,7 @@ private:
     }
 
     const VolumeField& volume_;
-    const CroppedFlow& flow_;
+    CroppedFlow::Probe flow_;
     float timeStep_;
     float xLimit_;
     int stepCount_;

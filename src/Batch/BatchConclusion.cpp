@@ -2,6 +2,7 @@
 
 #include "Batch/BatchTargets.h"
 #include "Batch/ExitStatus.h"
+#include "Batch/ResultFiles.h"
 #include "Solver/Tools/ResultExporter.h"
 
 #include <fmt/format.h>
@@ -32,7 +33,7 @@ bool exportFiles(BatchReport& report, const SimulationResult& result, const RunL
 
 bool writeReport(const BatchReport& report, const RunLog& log) {
     try {
-        BatchTargets::writeReport(*report.options.jsonFile, toJSON(report));
+        BatchTargets::writeFile(*report.options.jsonFile, toJSON(report));
         return true;
     } catch (const fs::filesystem_error& error) {
         log.append(
@@ -43,27 +44,41 @@ bool writeReport(const BatchReport& report, const RunLog& log) {
     }
 }
 
+/// Removes the run's directory unless it is to stay, and tells which.
+void tidy(BatchReport& report, bool keepsDirectory, const RunEnvironment& environment,
+    const RunLog& log) {
+    if (keepsDirectory && report.runDirectory) {
+        log.info(fmt::format("Run directory kept · {}", report.runDirectory->string()));
+        return;
+    }
+    std::error_code error;
+    fs::remove_all(environment.temporaryDirectory, error);
+    if (report.failure && report.runDirectory) {
+        log.info("Run directory removed · --keep-run-directory keeps it for a look");
+    }
+    report.runDirectory.reset();
+}
+
 } // namespace
 
 int concludeRun(BatchReport report, int status, const std::optional<SimulationResult>& result,
     const RunEnvironment& environment, const RunLog& log) {
     bool keepsDirectory = report.options.keepRunDirectory;
-    if (report.options.exportFolder && result && !exportFiles(report, *result, log)) {
-        status = worsened(status);
-        // It holds the only copy of what was wanted.
-        keepsDirectory = true;
-    }
-    if (!report.options.prepareFolder) {
-        if (keepsDirectory && report.runDirectory) {
-            log.info(fmt::format("Run directory kept · {}", report.runDirectory->string()));
-        } else {
-            std::error_code error;
-            fs::remove_all(environment.temporaryDirectory, error);
-            if (report.failure && report.runDirectory) {
-                log.info("Run directory removed · --keep-run-directory keeps it for a look");
-            }
-            report.runDirectory.reset();
+    if (result) {
+        const bool exported = !report.options.exportFolder || exportFiles(report, *result, log);
+        const bool written = ResultFiles::write(report, *result, log);
+        if (!exported || !written) {
+            status = worsened(status);
+            // It holds the only copy of what was wanted.
+            keepsDirectory = true;
         }
+        if (report.options.jsonFile) {
+            report.results = ResultFigures::of(*result);
+        }
+    }
+    // The folder of a prepared case or of an earlier run is the user's own.
+    if (!report.options.prepareFolder && !report.options.resultsFolder) {
+        tidy(report, keepsDirectory, environment, log);
     }
     if (report.options.jsonFile && !writeReport(report, log)) {
         status = worsened(status);

@@ -9,9 +9,9 @@
 
 namespace ostrella {
 
-/// What is left to do when a batch run has ended: export, the JSON file, and the run directory's
-/// removal unless it is kept. Returns the exit status, which is `status` unless something that was
-/// asked for could not be written. For a worker thread.
+/// What is left to do when a batch run has ended: export, the files that were asked for, and the
+/// run directory's removal unless it is kept. Returns the exit status, which is `status` unless
+/// something that was asked for could not be written. For a worker thread.
 int concludeRun(BatchReport report, int status, const std::optional<SimulationResult>& result,
     const RunEnvironment& environment, const RunLog& log);
 

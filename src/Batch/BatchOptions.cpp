@@ -63,11 +63,30 @@ void takeOption(const std::vector<BatchOptionGroup>& groups,
         }
     }
     option->apply(word, options);
+    options.given.insert(option->name);
+}
+
+/// What --results goes together with: it has no body and solves nothing.
+void checkResults(const BatchOptions& options) {
+    if (!options.resultsFolder) {
+        if (options.dimensions) {
+            throw UsageError("--dimensions belongs to --results DIR.");
+        }
+        return;
+    }
+    if (options.model || options.sample || options.demo || options.isGiven("rotate")) {
+        throw UsageError("--results reads what a run left, so it takes no model, --sample, --demo "
+                         "or --rotate.");
+    }
+    if (options.prepareFolder) {
+        throw UsageError("--results solves nothing, so --prepare has no case to write.");
+    }
 }
 
 void check(const BatchOptions& options) {
+    checkResults(options);
     const int bodies = options.model.has_value() + options.sample.has_value() + options.demo;
-    if (bodies == 0) {
+    if (bodies == 0 && !options.resultsFolder) {
         throw UsageError("Name a model: an STL file, --sample NAME or --demo.");
     }
     if (bodies > 1) {
@@ -75,6 +94,11 @@ void check(const BatchOptions& options) {
     }
     if (options.prepareFolder && options.exportFolder) {
         throw UsageError("--prepare stops ahead of the results, so --export has nothing to copy.");
+    }
+    if (options.prepareFolder && (options.streamlinesFile || options.vortexFile)) {
+        throw UsageError(
+            fmt::format("--prepare stops ahead of the results, so --{} has nothing to write.",
+                options.streamlinesFile ? "write-streamlines" : "write-vortex"));
     }
 }
 
@@ -133,8 +157,14 @@ std::vector<std::string> optionsWithoutEffect(const BatchOptions& options) {
         if (options.rotationX != 0 || options.rotationY != 0 || options.rotationZ != 0) {
             note("rotate", "the built-in case has no model to turn");
         }
+        if (options.vortexFile) {
+            note("write-vortex", "the built-in case is two-dimensional and has no vortex surface");
+        }
     }
-    if (inputs.turbulenceModel != TurbulenceModel::spalartAllmaras) {
+    if (options.resultsFolder && options.keepRunDirectory) {
+        note("keep-run-directory", "--results makes none, and leaves its folder as it is");
+    }
+    if (!options.resultsFolder && inputs.turbulenceModel != TurbulenceModel::spalartAllmaras) {
         if (inputs.saRotationCorrection) {
             note("sa-rotation-correction", "the turbulence model is not Spalart-Allmaras");
         }

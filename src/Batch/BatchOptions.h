@@ -3,8 +3,11 @@
 #include "Models/SimulationInputs.h"
 
 #include <filesystem>
+#include <functional>
 #include <optional>
+#include <set>
 #include <string>
+#include <string_view>
 #include <variant>
 #include <vector>
 
@@ -16,6 +19,11 @@ struct BatchOptions {
     std::optional<std::filesystem::path> model;
     std::optional<std::string> sample;
     bool demo = false;
+    /// In the place of a body: a folder with the files of an earlier run, to be harvested without
+    /// solving.
+    std::optional<std::filesystem::path> resultsFolder;
+    /// Of that run, where its files are not to be asked: 2 or 3.
+    std::optional<int> dimensions;
 
     /// The sidebar's values, the iteration limit and the streamline settings.
     SimulationInputs inputs;
@@ -28,11 +36,19 @@ struct BatchOptions {
     std::optional<std::filesystem::path> exportFolder;
     /// File for the figures.
     std::optional<std::filesystem::path> jsonFile;
+    /// Files for the streamlines and the vortex surface.
+    std::optional<std::filesystem::path> streamlinesFile;
+    std::optional<std::filesystem::path> vortexFile;
     /// Folder for a complete case; the solver is not run.
     std::optional<std::filesystem::path> prepareFolder;
     bool keepRunDirectory = false;
     /// Leaves out the child programs' lines.
     bool quiet = false;
+
+    /// Names of the options that the command line has, without the dashes.
+    std::set<std::string, std::less<>> given;
+
+    bool isGiven(std::string_view option) const { return given.contains(option); }
 };
 
 /// Text for the user and an exit status instead of a run.

@@ -9,6 +9,9 @@ namespace ostrella {
 namespace {
 
 std::string stageText(const BatchProgress& progress) {
+    if (progress.isCancelling) {
+        return "Cancelling…";
+    }
     switch (progress.phase.kind) {
     case RunPhase::Kind::meshing:
         return "Meshing…";
@@ -27,7 +30,7 @@ std::string stageText(const BatchProgress& progress) {
 
 std::string progressLine(const BatchProgress& progress) {
     std::string text = stageText(progress);
-    if (progress.phase.kind == RunPhase::Kind::solving) {
+    if (progress.phase.kind == RunPhase::Kind::solving && !progress.isCancelling) {
         if (progress.residual) {
             text += fmt::format(
                 " · rms[{}] {:.2f}", progress.residual->first, progress.residual->second);
@@ -40,7 +43,7 @@ std::string progressLine(const BatchProgress& progress) {
         }
     }
     text += fmt::format(" · {} elapsed", NumberFormatting::duration(progress.elapsedSeconds));
-    if (progress.remainingSeconds) {
+    if (progress.remainingSeconds && !progress.isCancelling) {
         text +=
             fmt::format(" · ~{} remaining", NumberFormatting::duration(*progress.remainingSeconds));
     }

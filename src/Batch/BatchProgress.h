@@ -20,6 +20,8 @@ struct BatchProgress {
     std::optional<std::pair<std::string, double>> residual;
     std::optional<double> cl;
     std::optional<double> cd;
+    /// A stop was asked for, and the run has not ended.
+    bool isCancelling = false;
     double elapsedSeconds = 0;
     std::optional<double> remainingSeconds;
 };

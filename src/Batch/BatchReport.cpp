@@ -1,40 +1,66 @@
 #include "Batch/BatchReport.h"
 
+#include "Batch/ResultsJSON.h"
 #include "Platform/AppBundle.h"
-
-#include <nlohmann/json.hpp>
 
 namespace ostrella {
 
 namespace {
 
-using Json = nlohmann::ordered_json;
-
-template <class Value>
-Json orNull(const std::optional<Value>& value) {
-    return value ? Json(*value) : Json();
+Json pathOrNull(const std::optional<std::filesystem::path>& path) {
+    return path ? Json(path->string()) : Json();
 }
 
-Json inputsOf(const BatchOptions& options) {
+/// The value's name, as the options spell it.
+template <class Value>
+Json nameOrNull(const std::optional<Value>& value) {
+    return value ? Json(rawValue(*value)) : Json();
+}
+
+/// All of the inputs that a run is started with.
+ConfiguredInputs knownInputs(const BatchOptions& options) {
     const SimulationInputs& inputs = options.inputs;
+    ConfiguredInputs known;
+    known.velocity = inputs.velocity;
+    known.alpha = inputs.alpha;
+    known.beta = inputs.beta;
+    known.density = inputs.density;
+    // The aerofoil case is incompressible whatever was asked for.
+    known.regime = options.demo ? FlowRegime::incompressible : inputs.regime;
+    known.turbulenceModel = inputs.turbulenceModel;
+    known.saRotationCorrection = inputs.saRotationCorrection;
+    known.saTransition = inputs.saTransition;
+    known.maxIterations = inputs.maxIterations;
+    known.streamlineUpstreamFactor = inputs.streamlineUpstreamFactor;
+    known.streamlineDownstreamFactor = inputs.streamlineDownstreamFactor;
+    known.streamlineSeedCount = inputs.streamlineSeedCount;
+    return known;
+}
+
+Json inputsOf(const BatchReport& report) {
+    const BatchOptions& options = report.options;
+    const ConfiguredInputs inputs =
+        report.earlierInputs ? *report.earlierInputs : knownInputs(options);
     Json json;
-    json["model"] = options.model ? Json(options.model->string()) : Json();
+    json["model"] = pathOrNull(options.model);
     json["sample"] = orNull(options.sample);
     json["demo"] = options.demo;
-    json["rotation_deg"] = {options.rotationX, options.rotationY, options.rotationZ};
-    json["velocity_m_s"] = inputs.velocity;
-    json["alpha_deg"] = inputs.alpha;
-    json["beta_deg"] = inputs.beta;
-    json["density_kg_m3"] = inputs.density;
-    // The aerofoil case is incompressible whatever was asked for.
-    json["regime"] = rawValue(options.demo ? FlowRegime::incompressible : inputs.regime);
-    json["turbulenceModel"] = rawValue(inputs.turbulenceModel);
-    json["saRotationCorrection"] = inputs.saRotationCorrection;
-    json["saTransition"] = inputs.saTransition;
-    json["maxIterations"] = inputs.maxIterations;
-    json["streamlineUpstreamFactor"] = inputs.streamlineUpstreamFactor;
-    json["streamlineDownstreamFactor"] = inputs.streamlineDownstreamFactor;
-    json["streamlineSeedCount"] = inputs.streamlineSeedCount;
+    json["results"] = pathOrNull(options.resultsFolder);
+    json["rotation_deg"] = options.resultsFolder
+                               ? Json()
+                               : Json{options.rotationX, options.rotationY, options.rotationZ};
+    json["velocity_m_s"] = orNull(inputs.velocity);
+    json["alpha_deg"] = orNull(inputs.alpha);
+    json["beta_deg"] = orNull(inputs.beta);
+    json["density_kg_m3"] = orNull(inputs.density);
+    json["regime"] = nameOrNull(inputs.regime);
+    json["turbulenceModel"] = nameOrNull(inputs.turbulenceModel);
+    json["saRotationCorrection"] = orNull(inputs.saRotationCorrection);
+    json["saTransition"] = orNull(inputs.saTransition);
+    json["maxIterations"] = orNull(inputs.maxIterations);
+    json["streamlineUpstreamFactor"] = orNull(inputs.streamlineUpstreamFactor);
+    json["streamlineDownstreamFactor"] = orNull(inputs.streamlineDownstreamFactor);
+    json["streamlineSeedCount"] = orNull(inputs.streamlineSeedCount);
     return json;
 }
 
@@ -46,6 +72,14 @@ Json stopReasonOf(const std::optional<StopReason>& reason) {
     json["kind"] = reason->kind == StopReason::Kind::converged ? "converged" : "iterationCap";
     json["iterations"] = orNull(reason->iterations);
     return json;
+}
+
+Json toolsOf(const std::optional<ToolFacts>& tools) {
+    if (!tools) {
+        return {};
+    }
+    return {{"mesher", tools->mesher}, {"solver", tools->solver},
+        {"solverIsStandIn", tools->solverIsStandIn}};
 }
 
 Json numbersOf(const std::vector<std::pair<std::string, double>>& values) {
@@ -61,14 +95,14 @@ Json numbersOf(const std::vector<std::pair<std::string, double>>& values) {
 std::string toJSON(const BatchReport& report) {
     Json json;
     json["application"] = "Ostrella " + AppBundle::version();
-    json["inputs"] = inputsOf(report.options);
+    json["inputs"] = inputsOf(report);
     json["phase"] = report.phase;
     json["failure"] = Json();
     if (report.failure) {
         json["failure"] = {{"stage", report.failure->first}, {"message", report.failure->second}};
     }
     json["stopReason"] = stopReasonOf(report.stopReason);
-    json["converged"] = report.converged;
+    json["converged"] = orNull(report.converged);
     json["iterations"] = orNull(report.iterations);
     json["cells"] = orNull(report.cells);
     const Json coefficients = numbersOf(report.coefficients);
@@ -79,13 +113,15 @@ std::string toJSON(const BatchReport& report) {
     json["openEdges"] = orNull(report.openEdges);
     json["surfaceIsOpen"] = report.openEdges ? Json(*report.openEdges > 0) : Json();
     json["times_s"] = numbersOf(report.times);
-    json["tools"] = {{"mesher", report.tools.mesher}, {"solver", report.tools.solver},
-        {"solverIsStandIn", report.tools.solverIsStandIn}};
-    json["runDirectory"] = report.runDirectory ? Json(report.runDirectory->string()) : Json();
+    json["results"] = report.results ? resultsOf(*report.results) : Json();
+    json["tools"] = toolsOf(report.tools);
+    json["runDirectory"] = pathOrNull(report.runDirectory);
     json["exported"] = Json::array();
     for (const auto& file : report.exported) {
         json["exported"].push_back(file.string());
     }
+    json["streamlinesFile"] = pathOrNull(report.streamlinesFile);
+    json["vortexFile"] = pathOrNull(report.vortexFile);
     // A path may hold bytes that are no UTF-8.
     return json.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
 }

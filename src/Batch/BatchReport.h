@@ -1,7 +1,9 @@
 #pragma once
 
 #include "Batch/BatchOptions.h"
+#include "Batch/ResultFigures.h"
 #include "Models/RunState.h"
+#include "Solver/Tools/SU2ConfigReader.h"
 
 #include <cstdint>
 #include <filesystem>
@@ -23,12 +25,15 @@ struct ToolFacts {
 /// Everything that the JSON file of a batch run tells.
 struct BatchReport {
     BatchOptions options;
+    /// Of an earlier run: what is known of its inputs, in the place of the options'.
+    std::optional<ConfiguredInputs> earlierInputs;
     /// "finished", "failed", "cancelled" or "prepared".
     std::string phase;
     /// Of a failure: stage ("model" where the model could not be loaded) and text.
     std::optional<std::pair<std::string, std::string>> failure;
     std::optional<StopReason> stopReason;
-    bool converged = false;
+    /// Absent where nobody saw the solver end.
+    std::optional<bool> converged;
     /// Iterations done.
     std::optional<std::int64_t> iterations;
     std::optional<std::int64_t> cells;
@@ -39,10 +44,16 @@ struct BatchReport {
     std::optional<std::int64_t> openEdges;
     /// Seconds by stage name, in the order of the run.
     std::vector<std::pair<std::string, double>> times;
-    ToolFacts tools;
+    /// Absent where none took part.
+    std::optional<ToolFacts> tools;
+    /// Absent without a result.
+    std::optional<ResultFigures> results;
     /// Present if it was kept, or holds the prepared case.
     std::optional<std::filesystem::path> runDirectory;
     std::vector<std::filesystem::path> exported;
+    /// The files with streamlines and vortex surface, if they were written.
+    std::optional<std::filesystem::path> streamlinesFile;
+    std::optional<std::filesystem::path> vortexFile;
 };
 
 /// What every report begins with, by which an earlier one is known.

@@ -3,6 +3,7 @@
 #include "Batch/BatchConclusion.h"
 #include "Batch/BatchPreparation.h"
 #include "Batch/BatchProgress.h"
+#include "Batch/EarlierRun.h"
 #include "Batch/ExitStatus.h"
 #include "Batch/RunFigures.h"
 #include "Models/MainThread.h"
@@ -46,7 +47,7 @@ void BatchRun::start() {
     applyOptions();
     probeTools();
     app_.start();
-    if (options_.demo) {
+    if (options_.demo || options_.resultsFolder) {
         begin();
     } else {
         // Subscribed after the controller, so that the load is logged before the run begins.
@@ -77,7 +78,7 @@ void BatchRun::applyOptions() {
 
 /// Beside the load, so that a mesher that hangs when it is asked for its version delays no end.
 void BatchRun::probeTools() {
-    if (!options_.jsonFile) {
+    if (!options_.jsonFile || options_.resultsFolder) {
         return;
     }
     probe_ = Background::run([tools = tools_, environment = environment_] {
@@ -107,6 +108,10 @@ void BatchRun::begin() {
         prepare();
         return;
     }
+    if (options_.resultsFolder) {
+        harvestEarlierRun();
+        return;
+    }
     app_.notifications.post(
         options_.demo ? Notifications::runDemoRequested : Notifications::runSimulationRequested);
     if (phases_.empty()) {
@@ -122,8 +127,8 @@ void BatchRun::cancel() {
         app_.importer.newToken(); // What is still being loaded is no longer wanted.
         app_.logStore.append("Cancelled by user before the run", LogStore::Level::warn);
         finish(RunPhase::cancelled(), ExitStatus::cancelled);
-    } else if (options_.prepareFolder) {
-        preparation_.cancel();
+    } else if (options_.prepareFolder || options_.resultsFolder) {
+        ownWork_.cancel();
     } else {
         app_.notifications.post(Notifications::cancelSimulationRequested);
     }
@@ -173,6 +178,7 @@ void BatchRun::updateProgress() {
     const Date now = environment_.clock->now();
     progress.phase = phases_.back().first;
     progress.maxIterations = options_.inputs.maxIterations;
+    progress.isCancelling = isCancelling();
     progress.elapsedSeconds = secondsBetween(phases_.front().second, now);
     if (const auto latest = history.latestIteration()) {
         progress.iteration = *latest + 1;
@@ -200,6 +206,13 @@ void BatchRun::finish(const RunPhase& phase, int status) {
     if (options_.prepareFolder) {
         report.cells = preparedCells_;
     }
+    if (options_.resultsFolder) {
+        report.runDirectory = options_.resultsFolder;
+        report.earlierInputs = earlierInputs_;
+        if (earlierInputs_) {
+            report.referenceArea = earlierInputs_->referenceArea;
+        }
+    }
     switch (phase.kind) {
     case RunPhase::Kind::failed:
         report.phase = "failed";
@@ -222,7 +235,7 @@ void BatchRun::finish(const RunPhase& phase, int status) {
 }
 
 void BatchRun::prepare() {
-    const SolverRunner runner(environment_, preparation_.token(), options_.prepareFolder);
+    const SolverRunner runner(environment_, ownWork_.token(), options_.prepareFolder);
     std::optional<SolverRunner::STLContext> stl;
     if (!options_.demo) {
         stl = SolverRunner::STLContext{*app_.parameters.stlURL(),
@@ -248,6 +261,26 @@ void BatchRun::prepare() {
         Background::Priority::userInitiated);
 }
 
+void BatchRun::harvestEarlierRun() {
+    enter(RunPhase::postProcessing());
+    Background::run(
+        [this, log = RunLog(app_.logStore), history = QPointer(&app_.historyStore),
+            token = ownWork_.token()] {
+            auto outcome = EarlierRun::harvest(options_, environment_, log, history, token);
+            MainThread::post([this, outcome = std::move(outcome)]() mutable {
+                earlierInputs_ = std::move(outcome.inputs);
+                app_.parameters.setLastRunResult(std::move(outcome.result));
+                enter(outcome.phase);
+                finish(outcome.phase, outcome.status);
+            });
+        },
+        Background::Priority::userInitiated);
+}
+
+bool BatchRun::isCancelling() const {
+    return app_.simulation.isCancelling() || ownWork_.isCancelled();
+}
+
 void BatchRun::conclude(BatchReport report, int status) {
     Background::run(
         [this, report = std::move(report), status, log = RunLog(app_.logStore), tools = tools_,
@@ -255,7 +288,9 @@ void BatchRun::conclude(BatchReport report, int status) {
             int final = ExitStatus::resultsFailed;
             try {
                 probe.wait();
-                report.tools = *tools;
+                if (!report.options.resultsFolder) {
+                    report.tools = *tools;
+                }
                 final = concludeRun(std::move(report), status, result, environment_, log);
             } catch (const std::exception& error) {
                 MainThread::post([this, text = std::string(error.what())] {

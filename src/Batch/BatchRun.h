@@ -40,6 +40,8 @@ private:
     void loadModel();
     void begin();
     void prepare();
+    void harvestEarlierRun();
+    bool isCancelling() const;
     void printNewLines();
     void enter(const RunPhase& phase);
     void showPhaseOfRun();
@@ -62,8 +64,10 @@ private:
     bool isEnding_ = false;
     /// When each phase began, in the order of the run.
     std::vector<std::pair<RunPhase, Date>> phases_;
-    CancellationSource preparation_;
+    /// Of what is done without the controller: a preparation, or the harvest of an earlier run.
+    CancellationSource ownWork_;
     std::optional<std::int64_t> preparedCells_;
+    std::optional<ConfiguredInputs> earlierInputs_;
 
     /// Written by the probe alone, and read when it has ended.
     std::shared_ptr<ToolFacts> tools_ = std::make_shared<ToolFacts>();

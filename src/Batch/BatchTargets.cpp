@@ -7,6 +7,7 @@
 
 #include <fmt/format.h>
 
+#include <array>
 #include <cerrno>
 #include <cstdlib>
 #include <fstream>
@@ -59,35 +60,103 @@ std::optional<std::string> prepareProblem(const fs::path& folder) {
     return std::nullopt;
 }
 
-bool isEarlierReport(const fs::path& file) {
-    std::ifstream stream(file, std::ios::binary);
-    std::string beginning(reportBeginning.size(), '\0');
-    stream.read(beginning.data(), static_cast<std::streamsize>(beginning.size()));
-    return stream.gcount() == 0 || beginning == reportBeginning;
+bool isSameFolder(const fs::path& one, const fs::path& other) {
+    std::error_code error;
+    return fs::equivalent(one, other, error) && !error;
 }
 
-std::optional<std::string> reportProblem(const fs::path& file) {
+/// One of the files that a run can be asked to write.
+struct FileTarget {
+    std::string_view option;
+    const std::optional<fs::path>& file;
+    /// By which an earlier file of the kind is known.
+    std::string_view beginning;
+    /// What a file of that name is not, if it is no earlier one.
+    std::string_view kind;
+};
+
+std::array<FileTarget, 3> fileTargets(const BatchOptions& options) {
+    return {{{"json", options.jsonFile, reportBeginning, "report"},
+        {"write-streamlines", options.streamlinesFile, streamlinesBeginning, "streamlines file"},
+        {"write-vortex", options.vortexFile, vortexBeginning, "vortex file"}}};
+}
+
+bool isEarlier(const FileTarget& target) {
+    std::ifstream stream(*target.file, std::ios::binary);
+    std::string beginning(target.beginning.size(), '\0');
+    stream.read(beginning.data(), static_cast<std::streamsize>(beginning.size()));
+    return stream.gcount() == 0 || beginning == target.beginning;
+}
+
+std::optional<std::string> fileProblem(const FileTarget& target) {
+    const fs::path& file = *target.file;
     std::error_code error;
     const auto type = fs::status(file, error).type();
     if (type == fs::file_type::directory) {
-        return fmt::format("--json wants a file: {} is a folder.", file.string());
+        return fmt::format("--{} wants a file: {} is a folder.", target.option, file.string());
     }
-    if (type == fs::file_type::regular && !isEarlierReport(file)) {
-        return fmt::format("--json {}: the file is there already and is no report of an earlier "
-                           "run. Name another file.",
-            file.string());
+    if (type == fs::file_type::regular && !isEarlier(target)) {
+        return fmt::format("--{} {}: the file is there already and is no {} of an earlier run. "
+                           "Name another file.",
+            target.option, file.string(), target.kind);
     }
     if (type != fs::file_type::regular && type != fs::file_type::not_found) {
         return std::nullopt;
     }
     const fs::path folder = fs::absolute(file, error).parent_path();
     if (!fs::is_directory(folder, error)) {
-        return fmt::format(
-            "--json {}: there is no folder {}. Make it first.", file.string(), folder.string());
+        return fmt::format("--{} {}: there is no folder {}. Make it first.", target.option,
+            file.string(), folder.string());
     }
     if (!mayWriteIn(folder)) {
-        return fmt::format("--json {}: {} may not be written. Choose another folder.",
+        return fmt::format("--{} {}: {} may not be written. Choose another folder.", target.option,
             file.string(), folder.string());
+    }
+    return std::nullopt;
+}
+
+/// True if both names lead to one place on the disk; a device takes as many texts as are wanted.
+bool isSameFile(const fs::path& one, const fs::path& other) {
+    std::error_code error;
+    if (fs::exists(one, error) && !fs::is_regular_file(one, error)) {
+        return false;
+    }
+    return fs::weakly_canonical(fs::absolute(one, error), error) ==
+           fs::weakly_canonical(fs::absolute(other, error), error);
+}
+
+std::optional<std::string> filesProblem(const BatchOptions& options) {
+    const auto targets = fileTargets(options);
+    for (auto target = targets.begin(); target != targets.end(); ++target) {
+        if (!target->file) {
+            continue;
+        }
+        if (auto problem = fileProblem(*target)) {
+            return problem;
+        }
+        for (auto earlier = targets.begin(); earlier != target; ++earlier) {
+            if (earlier->file && isSameFile(*earlier->file, *target->file)) {
+                return fmt::format("--{} and --{} name one file, {}. Name two.", earlier->option,
+                    target->option, target->file->string());
+            }
+        }
+    }
+    return std::nullopt;
+}
+
+std::optional<std::string> resultsProblem(const BatchOptions& options) {
+    const fs::path& folder = *options.resultsFolder;
+    std::error_code error;
+    if (!fs::is_directory(folder, error)) {
+        return fmt::format("--results wants a folder: {} is none.", folder.string());
+    }
+    if (access(folder.c_str(), R_OK | X_OK) != 0) {
+        return fmt::format("--results {}: the folder may not be read.", folder.string());
+    }
+    if (options.exportFolder && isSameFolder(*options.exportFolder, folder)) {
+        return fmt::format("--export names the folder of --results, {}, which is only read. Choose "
+                           "another folder.",
+            folder.string());
     }
     return std::nullopt;
 }
@@ -96,16 +165,16 @@ std::optional<std::string> reportProblem(const fs::path& file) {
 
 std::optional<std::string> problem(const BatchOptions& options) {
     std::optional<std::string> found;
-    if (options.prepareFolder) {
+    if (options.resultsFolder) {
+        found = resultsProblem(options);
+    }
+    if (!found && options.prepareFolder) {
         found = prepareProblem(*options.prepareFolder);
     }
     if (!found && options.exportFolder) {
         found = folderProblem("export", *options.exportFolder);
     }
-    if (!found && options.jsonFile) {
-        found = reportProblem(*options.jsonFile);
-    }
-    return found;
+    return found ? found : filesProblem(options);
 }
 
 fs::path temporaryDirectory() {
@@ -125,7 +194,7 @@ fs::path temporaryDirectory() {
     return "/tmp";
 }
 
-void writeReport(const fs::path& file, const std::string& text) {
+void writeFile(const fs::path& file, const std::string& text) {
     std::error_code error;
     const auto type = fs::status(file, error).type();
     if (type == fs::file_type::regular || type == fs::file_type::not_found) {

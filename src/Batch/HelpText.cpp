@@ -43,7 +43,8 @@ std::string paragraph(std::string_view text) {
 std::string batchHelp() {
     std::string text = "Usage: ostrella-batch [OPTION…] MODEL.stl\n"
                        "       ostrella-batch [OPTION…] --sample NAME\n"
-                       "       ostrella-batch [OPTION…] --demo\n\n"
+                       "       ostrella-batch [OPTION…] --demo\n"
+                       "       ostrella-batch [OPTION…] --results DIR\n\n"
                        "Meshes the air around a body, solves the flow and reports lift and drag.\n"
                        "Lengths are metres.\n";
     for (const BatchOptionGroup& group : batchOptionGroups()) {

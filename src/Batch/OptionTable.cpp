@@ -92,6 +92,27 @@ std::vector<BatchOption> bodyOptions() {
     };
 }
 
+std::vector<BatchOption> earlierRunOptions() {
+    return {
+        {"results", "DIR",
+            "Solve nothing, and read what a run left in a folder: an exported one, a kept run "
+            "directory, or one of SU2_CFD from elsewhere. surface_flow.vtk, flow.vtk, history.csv "
+            "and run.cfg count, as far as they are there; the folder is only read. What the "
+            "options of the flow do not say is taken from run.cfg. One that was not written here "
+            "tells nothing of the streamlines' options, and a Mach number tells the speed to its "
+            "last digit only.",
+            [](const std::string& word, BatchOptions& options) { options.resultsFolder = word; }},
+        {"dimensions", "NUMBER",
+            "Dimensions of that run, 2 or 3. Default: what its mesh file says; without one, 3 if "
+            "the body has triangles or is not flat in z, else what the volume is.",
+            [](const std::string& word, BatchOptions& options) {
+                options.dimensions = parseChoice("dimensions", word,
+                    word == "2" || word == "3" ? std::optional(word[0] - '0') : std::nullopt,
+                    "2, 3");
+            }},
+    };
+}
+
 std::vector<BatchOption> flowOptions() {
     using Inputs = SimulationInputs;
     return {
@@ -129,6 +150,12 @@ std::vector<BatchOption> outputOptions() {
             [](const std::string& word, BatchOptions& options) { options.exportFolder = word; }},
         {"json", "FILE", "Write the inputs, figures, times and tools of the run to a file.",
             [](const std::string& word, BatchOptions& options) { options.jsonFile = word; }},
+        {"write-streamlines", "FILE.vtk",
+            "Write the streamlines to a legacy VTK file: lines with the speed in m/s.",
+            [](const std::string& word, BatchOptions& options) { options.streamlinesFile = word; }},
+        {"write-vortex", "FILE.ply",
+            "Write the surface around the strongest vortices, of constant Q, to a PLY file.",
+            [](const std::string& word, BatchOptions& options) { options.vortexFile = word; }},
         {"prepare", "DIR",
             "Write the complete case to a new or empty folder and stop ahead of the solver, so "
             "that it can be solved elsewhere with \"SU2_CFD run.cfg\".",
@@ -143,8 +170,8 @@ std::vector<BatchOption> outputOptions() {
 } // namespace
 
 std::vector<BatchOptionGroup> batchOptionGroups() {
-    return {{"The body", bodyOptions()}, {"The flow", flowOptions()},
-        {"What is kept", outputOptions()}};
+    return {{"The body", bodyOptions()}, {"An earlier run", earlierRunOptions()},
+        {"The flow", flowOptions()}, {"What is kept", outputOptions()}};
 }
 
 } // namespace ostrella

@@ -30,7 +30,11 @@ BatchReport collect(const OstrellaApp& app, const BatchOptions& options) {
     if (const auto& summary = app.simulation.summary()) {
         report.converged = summary->converged;
         report.iterations = summary->iterations;
-    } else if (const auto latest = app.historyStore.latestIteration()) {
+    } else {
+        // Of an earlier run nobody saw the end.
+        report.converged = options.resultsFolder ? std::nullopt : std::optional(false);
+    }
+    if (const auto latest = app.historyStore.latestIteration(); latest && !report.iterations) {
         report.iterations = *latest + 1;
     }
     for (const auto& [label, value] : app.historyStore.latestCoefficients()) {
@@ -48,6 +52,9 @@ BatchReport collect(const OstrellaApp& app, const BatchOptions& options) {
     if (const auto& result = app.parameters.lastRunResult()) {
         report.stopReason = result->stopReason;
         report.runDirectory = result->runDirectory;
+        if (!report.cells) {
+            report.cells = result->meshCells;
+        }
     } else {
         report.runDirectory = app.simulation.discardedRunDirectory();
     }

@@ -109,21 +109,21 @@ TEST_F(BatchTargetsTest, AReadOnlyFolderIsTold) {
 TEST_F(BatchTargetsTest, AReportFollowsALinkAndLeavesIt) {
     test::writeFile(place_ / "real.json", "");
     fs::create_symlink("real.json", place_ / "link.json");
-    BatchTargets::writeReport(place_ / "link.json", "{}\n");
+    BatchTargets::writeFile(place_ / "link.json", "{}\n");
     EXPECT_TRUE(fs::is_symlink(place_ / "link.json"));
     EXPECT_EQ(test::readFile(place_ / "real.json"), "{}\n");
 }
 
 TEST_F(BatchTargetsTest, ADeviceOrAPipeTakesTheReportAndStaysWhatItIs) {
     EXPECT_EQ(problemOfReport("/dev/null"), std::nullopt);
-    BatchTargets::writeReport("/dev/null", "{}\n");
+    BatchTargets::writeFile("/dev/null", "{}\n");
     EXPECT_TRUE(fs::is_character_file("/dev/null"));
 
     const fs::path pipe = place_ / "pipe";
     ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
     std::string received;
     std::thread reader([&] { received = test::readFile(pipe); });
-    BatchTargets::writeReport(pipe, "{\"a\": 1}\n");
+    BatchTargets::writeFile(pipe, "{\"a\": 1}\n");
     reader.join();
     EXPECT_EQ(received, "{\"a\": 1}\n");
     EXPECT_TRUE(fs::is_fifo(pipe));
@@ -133,7 +133,7 @@ TEST_F(BatchTargetsTest, AFullDeviceFailsWithTheSystemsWords) {
     if (!fs::exists("/dev/full")) {
         GTEST_SKIP() << "this system has no /dev/full";
     }
-    EXPECT_THROW(BatchTargets::writeReport("/dev/full", "{}\n"), FileError);
+    EXPECT_THROW(BatchTargets::writeFile("/dev/full", "{}\n"), FileError);
 }
 
 class TemporaryDirectoryVariable : public testing::Test {

@@ -43,9 +43,9 @@ void requirePoints(std::size_t count, std::string_view what, IsUsablePoint isUsa
         }
     if (bad > 0)
         throw FlowScreenError(
-            fmt::format("{} of {} points have a {} that is not finite or beyond {:g}; the first is "
+            fmt::format("{} of {} points {} a {} that is not finite or beyond {:g}; the first is "
                         "point {}, counted from 0",
-                bad, count, what, largestNumber, first));
+                bad, count, bad == 1 ? "has" : "have", what, largestNumber, first));
 }
 
 void requireIds(const SurfaceField& surface) {

@@ -75,17 +75,19 @@ inline constexpr std::array<double, 23> powersOfTen = {1e0, 1e1, 1e2, 1e3, 1e4, 
 
 /// digits × 10^exponent, correctly rounded to 32 bits; false where that takes more care.
 ///
-/// The product or quotient in 64 bits is off by two units in its last place at most. It rounds to
-/// 32 bits like the true value unless a boundary between two floats, half-way between them, lies
-/// that near (Clinger 1990, with the margin of a wider format in place of exactness).
+/// The product or quotient in 64 bits is exact, or off by two units in its last place at most. It
+/// rounds to 32 bits like the true value unless it is off and a boundary between two floats,
+/// half-way between them, lies that near (Clinger 1990, with the margin of a wider format added).
 inline bool scaled(std::uint64_t digits, int exponent, bool isNegative, float& value) {
     constexpr std::uint64_t mostExact = std::uint64_t{1} << 53;
     constexpr int exact = 22;
     if (digits > mostExact || exponent > exact || exponent < -2 * exact)
         return false;
     double wide = static_cast<double>(digits);
+    bool isExact = false;
     if (exponent >= 0) {
         wide *= powersOfTen[static_cast<std::size_t>(exponent)];
+        isExact = wide < static_cast<double>(mostExact);
     } else {
         if (exponent < -exact) {
             wide /= powersOfTen[exact];
@@ -100,7 +102,7 @@ inline bool scaled(std::uint64_t digits, int exponent, bool isNegative, float& v
     const bool isNearBoundary = ((bits - half + margin) & dropped) <= 2 * margin;
     // Floats below this lack bits at the end, so that other boundaries hold.
     const bool isSmall = wide < static_cast<double>(std::numeric_limits<float>::min()) * 2;
-    if (isNearBoundary || (isSmall && digits != 0))
+    if ((isNearBoundary && !isExact) || (isSmall && digits != 0))
         return false;
     value = static_cast<float>(isNegative ? -wide : wide);
     return true;

@@ -1,5 +1,6 @@
 #include "Solver/Tools/TextFile.h"
 
+#include "Models/OrdinaryFile.h"
 #include "Models/UTF8.h"
 
 #include <fmt/format.h>
@@ -8,7 +9,7 @@
 #include <atomic>
 #include <cerrno>
 #include <cstdio>
-#include <memory>
+#include <span>
 #include <utility>
 
 #include <fcntl.h>
@@ -83,24 +84,9 @@ private:
 } // namespace
 
 std::string readText(const fs::path& path) {
-    const auto closer = [](std::FILE* open) { std::fclose(open); };
-    const std::unique_ptr<std::FILE, decltype(closer)> file(
-        std::fopen(path.c_str(), "rbe"), closer);
-    if (!file) {
-        throw failure("read", path, lastError());
-    }
-    std::string text;
-    std::error_code unknown;
-    if (const std::uintmax_t size = fs::file_size(path, unknown); !unknown) {
-        text.reserve(size);
-    }
-    std::string chunk(65536, '\0');
-    while (const std::size_t count = std::fread(chunk.data(), 1, chunk.size(), file.get())) {
-        text.append(chunk, 0, count);
-    }
-    if (std::ferror(file.get()) != 0) {
-        throw failure("read", path, lastError());
-    }
+    const OrdinaryFile file(path);
+    std::string text(static_cast<std::size_t>(file.size()), '\0');
+    text.resize(file.read(std::as_writable_bytes(std::span(text))));
     if (!UTF8::isValid(text)) {
         throw failure("read", path, std::make_error_code(std::errc::illegal_byte_sequence));
     }

@@ -68,8 +68,6 @@ std::vector<float> boxFilter(
     precondition(dim >= 2, "a lattice needs two points along each axis to be smoothed");
     precondition(scalars.size() == dim * dim * dim, "a lattice needs one scalar for each point");
     std::vector<float> means(scalars.begin(), scalars.end());
-    if (dim == 2)
-        return means;
     const FiniteScalars finite(scalars);
     RowSums row(dim);
     for (std::size_t k = 1; k + 1 < dim; ++k) {

@@ -123,6 +123,17 @@ TEST(IsoWeld, cornersOnEitherSideOfARoundingBoundaryStayTwo) {
     EXPECT_EQ(welded({a, b, below, a, beside, c})->positions.size(), 4U);
 }
 
+TEST(IsoWeld, aStepIsAtLeastANanometre) {
+    // A hundred-thousandth of 50 µm would be half as much.
+    const Vec3 right(5e-5F, 0.0F, 0.0F);
+    const Vec3 top(0.0F, 5e-5F, 0.0F);
+    const auto fourth = [&](float x) {
+        return welded({a, right, top, Vec3(x, 0.0F, 0.0F), right, top});
+    };
+    EXPECT_EQ(fourth(0.4e-9F)->positions.size(), 3U);
+    EXPECT_EQ(fourth(0.6e-9F)->positions.size(), 4U);
+}
+
 TEST(IsoWeld, halvesAreRoundedAwayFromZero) {
     // A box 97.65625 wide has steps of 1/1024.
     const float step = 1.0F / 1024.0F;

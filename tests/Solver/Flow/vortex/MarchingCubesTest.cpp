@@ -146,6 +146,17 @@ TEST(MarchingCubes, walksCellsAlongXFirst) {
     EXPECT_TRUE(std::is_sorted(cells.begin(), cells.end()));
 }
 
+TEST(MarchingCubes, findsASingleHighValueWhereverItLies) {
+    const Lattice lattice{4, Vec3(-1.0F), Vec3(0.7F)};
+    for (std::size_t at = 0; at < lattice.count(); ++at) {
+        std::vector<float> scalars(lattice.count(), 0.0F);
+        scalars[at] = 1.0F;
+        const auto plain = plain::Vortex::marchingCubes(scalars, lattice, 0.4F);
+        ASSERT_FALSE(plain.empty());
+        EXPECT_EQ(surfaceOf(scalars, lattice, 0.4F), flat(plain)) << at;
+    }
+}
+
 TEST(MarchingCubes, givesTheSameBytesAsThePlainOne) {
     const Lattice lattice{29, Vec3(-1.1F, -2.0F, -0.7F), Vec3(0.09F, 0.13F, 0.05F)};
     auto scalars = fieldOn(lattice, gyroid);

@@ -178,6 +178,15 @@ TEST(VortexExtractor, aUniformStreamAlongAnAxisGivesNothing) {
     }
 }
 
+TEST(VortexExtractor, aLevelThatNothingLiesBelowGivesNothing) {
+    // Q is positive throughout a solid rotation, and its least value is the level.
+    const auto volume =
+        scattered(Vec3(-2.0F), Vec3(3.0F), 25, [](const Vec3& p) { return Vec3(9.0F, -p.z, p.y); });
+    CancelAt counter;
+    EXPECT_FALSE(VortexExtractor::extract(volume, wakeFocus(), 16, 0.0F, counter.question()));
+    EXPECT_EQ(counter.asked, 16U + 14U + 14U + 15U);
+}
+
 TEST(VortexExtractor, aFluidAtRestGivesNothing) {
     const auto volume =
         scattered(Vec3(-2.0F), Vec3(3.0F), 12, [](const Vec3&) { return Vec3(0.0F); });

@@ -12,9 +12,9 @@ namespace {
 
 constexpr float nan = std::numeric_limits<float>::quiet_NaN();
 
-/// Not std::isfinite: this one the compiler turns into vector code.
-bool isFinite(float value) {
-    return std::fabs(value) <= std::numeric_limits<float>::max();
+/// 1 or 0, and not std::isfinite: this the compiler turns into vector code.
+int isFinite(float value) {
+    return static_cast<int>(std::fabs(value) <= std::numeric_limits<float>::max());
 }
 
 /// What one row of points along x needs of its surroundings.
@@ -37,8 +37,8 @@ void Row::fill(std::size_t first, std::size_t count, float* q) const {
     const float perY = halfPerLength.y;
     const float perZ = halfPerLength.z;
     for (std::ptrdiff_t i = 0; i < static_cast<std::ptrdiff_t>(count); ++i) {
-        const bool known = isFinite(u[i - 1]) & isFinite(u[i + 1]) & isFinite(u[i - dy]) &
-                           isFinite(u[i + dy]) & isFinite(u[i - dz]) & isFinite(u[i + dz]);
+        const int known = isFinite(u[i - 1]) & isFinite(u[i + 1]) & isFinite(u[i - dy]) &
+                          isFinite(u[i + dy]) & isFinite(u[i - dz]) & isFinite(u[i + dz]);
         const float dudx = perX * (u[i + 1] - u[i - 1]);
         const float dvdx = perX * (v[i + 1] - v[i - 1]);
         const float dwdx = perX * (w[i + 1] - w[i - 1]);
@@ -58,7 +58,7 @@ void Row::fill(std::size_t first, std::size_t count, float* q) const {
             dudx * dudx + dvdy * dvdy + dwdz * dwdz + 2.0F * (s12 * s12 + s23 * s23 + s13 * s13);
         const float rotation = 2.0F * (w12 * w12 + w23 * w23 + w13 * w13);
         const float value = (rotation - strain) * 0.5F;
-        q[i] = known ? value : nan;
+        q[i] = known != 0 ? value : nan;
     }
 }
 

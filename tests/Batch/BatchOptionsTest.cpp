@@ -50,6 +50,11 @@ TEST(BatchOptions, AModelAloneRunsWithTheSidebarsDefaults) {
     EXPECT_FALSE(read.prepareFolder);
     EXPECT_FALSE(read.keepRunDirectory);
     EXPECT_FALSE(read.quiet);
+    EXPECT_FALSE(read.resultsFolder);
+    EXPECT_FALSE(read.dimensions);
+    EXPECT_FALSE(read.streamlinesFile);
+    EXPECT_FALSE(read.vortexFile);
+    EXPECT_THAT(read.given, IsEmpty());
 }
 
 TEST(BatchOptions, EveryParameterHasAnOption) {
@@ -162,6 +167,45 @@ TEST(BatchOptions, AnOptionThatIsNoneOrLacksItsValueIsNamed) {
         "--prepare stops ahead of the results, so --export has nothing to copy.");
 }
 
+TEST(BatchOptions, AnEarlierRunNeedsNoBody) {
+    const BatchOptions read = options({"--results", "run", "--dimensions", "2", "--velocity=50",
+        "--write-streamlines", "lines.vtk", "--write-vortex=vortex.ply"});
+    EXPECT_EQ(read.resultsFolder, "run");
+    EXPECT_EQ(read.dimensions, 2);
+    EXPECT_EQ(read.streamlinesFile, "lines.vtk");
+    EXPECT_EQ(read.vortexFile, "vortex.ply");
+    EXPECT_EQ(options({"--results", "run", "--dimensions", "3"}).dimensions, 3);
+    EXPECT_TRUE(read.isGiven("velocity")) << "though it is the default";
+    EXPECT_FALSE(read.isGiven("alpha"));
+}
+
+TEST(BatchOptions, AnEarlierRunTakesNoBodyAndNoPreparation) {
+    const std::string noBody = "--results reads what a run left, so it takes no model, --sample, "
+                               "--demo or --rotate.";
+    EXPECT_EQ(refusal({"--results", "run", "wing.stl"}), noBody);
+    EXPECT_EQ(refusal({"--results", "run", "--demo"}), noBody);
+    EXPECT_EQ(refusal({"--sample", "sphere", "--results", "run"}), noBody);
+    EXPECT_EQ(refusal({"--results", "run", "--rotate", "0,0,0"}), noBody);
+    EXPECT_EQ(refusal({"--results", "run", "--prepare", "case"}),
+        "--results solves nothing, so --prepare has no case to write.");
+    EXPECT_EQ(refusal({"--results"}), "--results wants a value: --results DIR.");
+}
+
+TEST(BatchOptions, DimensionsAreTwoOrThreeAndOfAnEarlierRun) {
+    EXPECT_EQ(refusal({"--demo", "--dimensions", "2"}), "--dimensions belongs to --results DIR.");
+    for (const char* word : {"1", "4", "two", "2.0", "22"}) {
+        EXPECT_EQ(refusal({"--results", "run", "--dimensions", word}),
+            std::string("--dimensions wants one of 2, 3, not \"") + word + "\".");
+    }
+}
+
+TEST(BatchOptions, APreparationHasNothingToWrite) {
+    EXPECT_EQ(refusal({"--demo", "--prepare", "a", "--write-streamlines", "b.vtk"}),
+        "--prepare stops ahead of the results, so --write-streamlines has nothing to write.");
+    EXPECT_EQ(refusal({"--demo", "--prepare", "a", "--write-vortex", "b.ply"}),
+        "--prepare stops ahead of the results, so --write-vortex has nothing to write.");
+}
+
 TEST(BatchOptions, BehindTwoDashesEverythingIsAModel) {
     EXPECT_EQ(options({"--quiet", "--", "--odd.stl"}).model, "--odd.stl");
     EXPECT_EQ(options({"--", "--help"}).model, "--help");
@@ -196,6 +240,19 @@ TEST(BatchOptions, ValuesThatTheRunWillNotLookAtAreTold) {
         ElementsAre("--sa-rotation-correction has no effect: the turbulence model is not "
                     "Spalart-Allmaras.",
             "--sa-transition has no effect: the turbulence model is not Spalart-Allmaras."));
+    EXPECT_THAT(optionsWithoutEffect(options({"--demo", "--write-vortex", "vortex.ply"})),
+        ElementsAre("--write-vortex has no effect: the built-in case is two-dimensional and has no "
+                    "vortex surface."));
+    EXPECT_THAT(optionsWithoutEffect(options({"--sample", "sphere", "--write-vortex", "v.ply",
+                    "--write-streamlines", "s.vtk"})),
+        IsEmpty());
+    EXPECT_THAT(optionsWithoutEffect(options({"--results", "run", "--keep-run-directory"})),
+        ElementsAre("--keep-run-directory has no effect: --results makes none, and leaves its "
+                    "folder as it is."));
+    EXPECT_THAT(optionsWithoutEffect(
+                    options({"--results", "run", "--turbulence", "sst", "--sa-transition"})),
+        IsEmpty())
+        << "they tell of a run that is over";
 }
 
 } // namespace

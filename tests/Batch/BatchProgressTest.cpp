@@ -52,5 +52,14 @@ TEST(BatchProgress, FiguresBelongToTheSolve) {
     EXPECT_EQ(progressLine(progress), "Processing results… · 1 min 05 s elapsed");
 }
 
+TEST(BatchProgress, AStopThatWasAskedForIsAllThereIsToTell) {
+    BatchProgress progress = solving();
+    progress.isCancelling = true;
+    progress.iteration = 120;
+    progress.cl = 0.5;
+    progress.remainingSeconds = 3700;
+    EXPECT_EQ(progressLine(progress), "Cancelling… · 1 min 05 s elapsed");
+}
+
 } // namespace
 } // namespace ostrella

@@ -37,7 +37,7 @@ BatchReport finishedReport() {
     report.referenceArea = 2;
     report.openEdges = 0;
     report.times = {{"mesh", 1.5}, {"solver", 30}, {"results", 0.25}};
-    report.tools = {"gmsh 4.8.4 (GPL)", "SU2 8.3.0 (x86_64, LGPL)", false};
+    report.tools = ToolFacts{"gmsh 4.8.4 (GPL)", "SU2 8.3.0 (x86_64, LGPL)", false};
     report.exported = {"/out/flow.vtk"};
     return report;
 }
@@ -83,6 +83,63 @@ TEST(BatchReport, AFinishedRunTellsInputsFiguresTimesAndTools) {
     EXPECT_EQ(json["exported"], Json({"/out/flow.vtk"}));
 }
 
+TEST(BatchReport, AResultTellsItsCountsRangesTimesAndFingerprints) {
+    BatchReport report = finishedReport();
+    ResultFigures figures;
+    figures.surface = {8, 18, SurfaceField::Primitive::triangle, -0.5F, 1};
+    figures.volumePoints = 4225;
+    figures.streamlines = {100, 3000, 2900, 99, 0.25F, 61.5F, "aa"};
+    figures.ribbons = {2999, 5800, "bb"};
+    figures.vortex = {60, 100, 2561.5F, "cc"};
+    figures.harvest = {ScalarFieldStats{8, 0.5F, 4, 2.25F, 3.5F}, 0.125, 0.25, 0.5, 1, 2};
+    report.results = figures;
+    report.streamlinesFile = "/out/lines.vtk";
+    report.vortexFile = "/out/vortex.ply";
+    const Json json = written(report);
+    EXPECT_EQ(json["results"], Json::parse(R"({
+        "surface": {"points": 8, "primitives": 18, "kind": "triangle", "cpMin": -0.5, "cpMax": 1.0},
+        "yPlus": {"count": 8, "min": 0.5, "mean": 2.25, "p95": 3.5, "max": 4.0},
+        "volume": {"points": 4225},
+        "streamlines": {"seeds": 100, "vertices": 3000, "segments": 2900, "lines": 99,
+            "speedMin_m_s": 0.25, "speedMax_m_s": 61.5, "sha256": "aa"},
+        "ribbons": {"points": 2999, "triangles": 5800, "sha256": "bb"},
+        "vortex": {"vertices": 60, "triangles": 100, "isoValue": 2561.5, "sha256": "cc"},
+        "times_s": {"surface": 0.125, "yPlus": 0.25, "volume": 0.5, "streamlines": 1.0,
+            "vortex": 2.0}})"));
+    EXPECT_EQ(json["streamlinesFile"], "/out/lines.vtk");
+    EXPECT_EQ(json["vortexFile"], "/out/vortex.ply");
+}
+
+TEST(BatchReport, WhatAResultLacksIsNull) {
+    BatchReport report = finishedReport();
+    report.results = ResultFigures();
+    EXPECT_EQ(written(report)["results"], Json::parse(R"({
+        "surface": null, "yPlus": null, "volume": null, "streamlines": null, "ribbons": null,
+        "vortex": null, "times_s": {"surface": null, "yPlus": null, "volume": null,
+            "streamlines": null, "vortex": null}})"));
+}
+
+TEST(BatchReport, AnEarlierRunTellsOfItsInputsWhatIsKnown) {
+    BatchReport report;
+    report.options.resultsFolder = "/runs/wing";
+    ConfiguredInputs inputs;
+    inputs.velocity = 60;
+    inputs.regime = FlowRegime::compressible;
+    inputs.streamlineSeedCount = 50;
+    report.earlierInputs = inputs;
+    const Json json = written(report)["inputs"];
+    EXPECT_EQ(json["results"], "/runs/wing");
+    EXPECT_EQ(json["velocity_m_s"], 60.0);
+    EXPECT_EQ(json["regime"], "compressible");
+    EXPECT_EQ(json["streamlineSeedCount"], 50);
+    for (const char* key : {"model", "sample", "rotation_deg", "alpha_deg", "beta_deg",
+             "density_kg_m3", "turbulenceModel", "saRotationCorrection", "saTransition",
+             "maxIterations", "streamlineUpstreamFactor", "streamlineDownstreamFactor"}) {
+        EXPECT_EQ(json.at(key), nullptr) << key;
+    }
+    EXPECT_EQ(written(finishedReport())["inputs"]["results"], nullptr);
+}
+
 TEST(BatchReport, CoefficientsKeepTheSolversOrder) {
     const auto json = nlohmann::ordered_json::parse(toJSON(finishedReport()));
     std::vector<std::string> names;
@@ -102,8 +159,9 @@ TEST(BatchReport, WhatIsNotKnownIsNull) {
     EXPECT_EQ(json["inputs"]["model"], "body.stl");
     EXPECT_EQ(json["failure"]["stage"], "mesh");
     EXPECT_EQ(json["failure"]["message"], "gmsh is missing.");
-    for (const char* key : {"stopReason", "iterations", "cells", "cl", "cd", "referenceArea_m2",
-             "openEdges", "surfaceIsOpen", "runDirectory"}) {
+    for (const char* key : {"stopReason", "converged", "iterations", "cells", "cl", "cd",
+             "referenceArea_m2", "openEdges", "surfaceIsOpen", "results", "tools", "runDirectory",
+             "streamlinesFile", "vortexFile"}) {
         ASSERT_TRUE(json.contains(key)) << key;
         EXPECT_EQ(json[key], nullptr) << key;
     }

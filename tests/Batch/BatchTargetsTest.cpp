@@ -3,6 +3,7 @@
 #include "Batch/BatchReport.h"
 #include "Batch/UsageError.h"
 #include "Models/FileError.h"
+#include "Solver/Flow/FlowFiles.h"
 #include "support/Wait.h"
 
 #include <gmock/gmock.h>
@@ -85,6 +86,79 @@ TEST_F(BatchTargetsTest, AReportReplacesAnEarlierOneButNoOtherFile) {
     EXPECT_EQ(test::readFile(place_ / "body.stl"), "solid mine\nendsolid\n");
 }
 
+TEST_F(BatchTargetsTest, AFileOfResultsReplacesAnEarlierOneOfItsKindButNoOther) {
+    Streamlines lines;
+    lines.magnitudeMax = 1;
+    IsoSurface vortex;
+    vortex.isoValue = 0.001F;
+    test::writeFile(place_ / "lines.vtk", FlowFiles::streamlinesVTK(lines));
+    test::writeFile(place_ / "vortex.ply", FlowFiles::isoSurfacePLY(vortex));
+    test::writeFile(place_ / "run.json", toJSON({}));
+    test::writeFile(place_ / "flow.vtk", "# vtk DataFile Version 3.0\nvtk output\nASCII\n");
+    const auto problemOfLines = [this](const char* name) {
+        options_ = {};
+        options_.streamlinesFile = place_ / name;
+        return BatchTargets::problem(options_);
+    };
+    const auto problemOfVortex = [this](const char* name) {
+        options_ = {};
+        options_.vortexFile = place_ / name;
+        return BatchTargets::problem(options_);
+    };
+    EXPECT_EQ(problemOfLines("lines.vtk"), std::nullopt);
+    EXPECT_EQ(problemOfLines("new.vtk"), std::nullopt);
+    EXPECT_EQ(problemOfVortex("vortex.ply"), std::nullopt);
+    EXPECT_EQ(problemOfVortex("new.ply"), std::nullopt);
+    for (const char* other : {"flow.vtk", "vortex.ply", "run.json"}) {
+        EXPECT_THAT(problemOfLines(other),
+            Optional("--write-streamlines " + (place_ / other).string() +
+                     ": the file is there already and is no streamlines file of an earlier run. "
+                     "Name another file."));
+    }
+    for (const char* other : {"flow.vtk", "lines.vtk", "run.json"}) {
+        EXPECT_THAT(problemOfVortex(other),
+            Optional("--write-vortex " + (place_ / other).string() +
+                     ": the file is there already and is no vortex file of an earlier run. Name "
+                     "another file."));
+    }
+    EXPECT_THAT(problemOfVortex("none/vortex.ply"), Optional(HasSubstr("there is no folder")));
+    EXPECT_THAT(problemOfLines("."), Optional(HasSubstr("--write-streamlines wants a file: ")));
+}
+
+TEST_F(BatchTargetsTest, TwoFilesOfOneNameAreRefused) {
+    options_.jsonFile = place_ / "out";
+    options_.vortexFile = place_ / "." / "out";
+    EXPECT_THAT(
+        BatchTargets::problem(options_), Optional("--json and --write-vortex name one file, " +
+                                                  (place_ / "./out").string() + ". Name two."));
+    options_.vortexFile = place_ / "other";
+    options_.streamlinesFile = place_ / "other";
+    EXPECT_THAT(BatchTargets::problem(options_),
+        Optional(HasSubstr("--write-streamlines and --write-vortex name one file, ")));
+    options_.jsonFile = "/dev/null";
+    options_.streamlinesFile = "/dev/null";
+    options_.vortexFile = "/dev/null";
+    EXPECT_EQ(BatchTargets::problem(options_), std::nullopt);
+}
+
+TEST_F(BatchTargetsTest, AnEarlierRunIsAFolderThatIsNotItsOwnExport) {
+    options_.resultsFolder = place_;
+    EXPECT_EQ(BatchTargets::problem(options_), std::nullopt);
+    options_.exportFolder = place_ / "copies";
+    EXPECT_EQ(BatchTargets::problem(options_), std::nullopt);
+    fs::create_directory_symlink(place_, place_ / "link");
+    options_.exportFolder = place_ / "link";
+    EXPECT_THAT(BatchTargets::problem(options_),
+        Optional("--export names the folder of --results, " + place_.string() +
+                 ", which is only read. Choose another folder."));
+    options_.resultsFolder = place_ / "gone";
+    EXPECT_THAT(BatchTargets::problem(options_),
+        Optional("--results wants a folder: " + (place_ / "gone").string() + " is none."));
+    test::writeFile(place_ / "flow.vtk", "");
+    options_.resultsFolder = place_ / "flow.vtk";
+    EXPECT_THAT(BatchTargets::problem(options_), Optional(HasSubstr(" is none.")));
+}
+
 /// Prints the problem and ends the process, as somebody to whom the permissions apply.
 [[noreturn]] void printProblemAsNobody(const BatchOptions& options) {
     constexpr uid_t nobody = 65534;
@@ -103,6 +177,13 @@ TEST_F(BatchTargetsTest, AReadOnlyFolderIsTold) {
     options_.exportFolder.reset();
     options_.jsonFile = place_ / "run.json";
     EXPECT_EXIT(printProblemAsNobody(options_), testing::ExitedWithCode(0), "may not be written");
+    options_ = {};
+    options_.vortexFile = place_ / "vortex.ply";
+    EXPECT_EXIT(printProblemAsNobody(options_), testing::ExitedWithCode(0), "may not be written");
+    fs::permissions(place_, fs::perms(0111));
+    options_ = {};
+    options_.resultsFolder = place_;
+    EXPECT_EXIT(printProblemAsNobody(options_), testing::ExitedWithCode(0), "may not be read");
     fs::permissions(place_, fs::perms::owner_all);
 }
 

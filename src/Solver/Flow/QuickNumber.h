@@ -56,15 +56,18 @@ inline constexpr std::uint64_t zeros = 0x3030303030303030U;
 
 /// An unsigned integer of one to seven digits.
 inline bool integer(const char*& at, std::int64_t& value) {
-    const std::uint64_t digits = eightBytes(at) ^ zeros;
-    const std::uint64_t others = aboveNine(digits);
-    if (others == 0)
-        return false;
-    const int size = std::countr_zero(others) / 8;
-    if (size == 0 || !isBlank(at[size]))
+    const std::uint64_t word = eightBytes(at);
+    // Digits have this bit and blanks lack it: the shortest way to where the next word begins,
+    // which is what the time goes into. The rest is checked beside it.
+    const std::uint64_t ends = ~word & 0x1010101010101010U;
+    const int size = std::countr_zero(ends) / 8;
+    if (ends == 0 || size == 0)
         return false;
     // Digits move to the top, so that zeros lead.
-    value = eightDigits(digits << (64 - 8 * size));
+    const std::uint64_t digits = (word ^ zeros) << (64 - 8 * size);
+    if (aboveNine(digits) != 0 || !isBlank(at[size]))
+        return false;
+    value = eightDigits(digits);
     at += size;
     return true;
 }
@@ -104,16 +107,23 @@ inline bool scaled(std::uint64_t digits, int exponent, bool isNegative, float& v
     const bool isSmall = wide < static_cast<double>(std::numeric_limits<float>::min()) * 2;
     if ((isNearBoundary && !isExact) || (isSmall && digits != 0))
         return false;
-    value = static_cast<float>(isNegative ? -wide : wide);
+    const auto sign = static_cast<std::uint32_t>(isNegative) << 31;
+    value = std::bit_cast<float>(std::bit_cast<std::uint32_t>(static_cast<float>(wide)) | sign);
     return true;
+}
+
+/// Takes the sign at `at`, if there is one; true for a minus. Has no branch, since nothing
+/// foretells the signs in a flow.
+inline bool takeSign(const char*& at) {
+    const bool isNegative = *at == '-';
+    at += static_cast<int>(isNegative) | static_cast<int>(*at == '+');
+    return isNegative;
 }
 
 /// Takes the exponent's digits and sign at `at`, behind the letter; false if it has not one to four
 /// digits.
 inline bool takeExponent(const char*& at, int& exponent) {
-    const bool isNegative = *at == '-';
-    if (*at == '-' || *at == '+')
-        ++at;
+    const bool isNegative = takeSign(at);
     int value = 0;
     int count = 0;
     for (; *at >= '0' && *at <= '9' && count < 5; ++at, ++count)
@@ -125,9 +135,7 @@ inline bool takeExponent(const char*& at, int& exponent) {
 /// A decimal float of at most 19 digits, with or without sign, point and exponent.
 inline bool decimal(const char*& at, float& value) {
     const char* here = at;
-    const bool isNegative = *here == '-';
-    if (*here == '-' || *here == '+')
-        ++here;
+    const bool isNegative = takeSign(here);
     std::uint64_t digits = 0;
     int count = 0;
     int fraction = 0; // digits behind the point

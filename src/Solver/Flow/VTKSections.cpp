@@ -30,8 +30,8 @@ std::uint32_t takeId(VTKScanner& scanner) {
     return static_cast<std::uint32_t>(id);
 }
 
-/// As many as the file says, but no more than the rest of it can hold: whoever reads on to a
-/// greater count meets the file's end first.
+/// As many as the file says, but at most one more than the rest of it can hold: whoever takes them
+/// all meets the file's end first, as on the way to a greater count.
 std::size_t roomFor(const VTKScanner& scanner, std::int64_t count, std::size_t numbersEach) {
     const std::size_t most = scanner.mostNumbersLeft() / numbersEach;
     return std::min(static_cast<std::uint64_t>(count), static_cast<std::uint64_t>(most) + 1);
@@ -39,12 +39,9 @@ std::size_t roomFor(const VTKScanner& scanner, std::int64_t count, std::size_t n
 
 LargeBuffer<Vec3> takeTriples(VTKScanner& scanner, std::int64_t count) {
     LargeBuffer<Vec3> triples(roomFor(scanner, count, 3));
-    for (std::int64_t i = 0; i < count; ++i) {
-        const float x = scanner.takeFloat();
-        const float y = scanner.takeFloat();
-        const float z = scanner.takeFloat();
-        triples[static_cast<std::size_t>(i)] = {x, y, z};
-    }
+    for (Vec3& triple : triples)
+        for (int axis = 0; axis < 3; ++axis)
+            triple[axis] = scanner.takeFloat();
     return triples;
 }
 
@@ -147,8 +144,8 @@ Scalar takeScalar(VTKScanner& scanner, std::string_view name, std::int64_t count
         return scalar;
     scalar.values =
         LargeBuffer<float>(roomFor(scanner, count, static_cast<std::size_t>(components)));
-    for (std::int64_t i = 0; i < count; ++i) {
-        scalar.values[static_cast<std::size_t>(i)] = scanner.takeFloat();
+    for (float& value : scalar.values) {
+        value = scanner.takeFloat();
         for (std::int64_t other = 1; other < components; ++other)
             scanner.takeFloat();
     }

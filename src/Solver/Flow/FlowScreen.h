@@ -53,7 +53,8 @@ ScalarFieldStats extractScalarStats(VTKText text, std::string_view scalarName);
 /// the number of such points and the first of them.
 void requireFinite(const VolumeField& volume);
 
-/// StreamlineGenerator::generate behind requireFinite.
+/// StreamlineGenerator::generate behind requireFinite. Throws FlowScreenError, too, for a way past
+/// the body that is not finite or beyond `largestNumber`, and for a negative number of seeds.
 Streamlines generate(const VolumeField& volume, float freeStreamVelocity,
     const std::optional<StreamlineGenerator::Focus>& focus, std::optional<int> seedCount,
     int stepCount, const std::function<bool()>& isCancelled = {});

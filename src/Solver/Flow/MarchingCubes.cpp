@@ -114,7 +114,7 @@ void Surface::addCell(std::size_t i, std::size_t j, std::size_t k) {
     for (const std::int8_t edge : MCTables::triTable[row]) {
         if (edge < 0)
             break;
-        const Vec3& point = points[static_cast<std::size_t>(edge)];
+        const Vec3& point = points[static_cast<std::uint8_t>(edge)];
         triangles_.insert(triangles_.end(), {point.x, point.y, point.z});
     }
 }

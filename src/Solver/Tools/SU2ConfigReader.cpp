@@ -272,8 +272,10 @@ ConfiguredInputs parse(std::string_view text) {
         inputs.maxIterations = wholeNumber(*limit);
     }
     inputs.turbulenceModel = turbulenceModel(options);
-    if (inputs.turbulenceModel == TurbulenceModel::spalartAllmaras) {
-        const auto list = words(find(options, "SA_OPTIONS").value_or(""));
+    if (inputs.turbulenceModel) {
+        // Another model has none, whatever may have been asked for.
+        const bool hasOptions = inputs.turbulenceModel == TurbulenceModel::spalartAllmaras;
+        const auto list = words(hasOptions ? find(options, "SA_OPTIONS").value_or("") : "");
         inputs.saRotationCorrection = std::count(list.begin(), list.end(), "ROTATION") > 0;
         inputs.saTransition = std::count(list.begin(), list.end(), "BCM") > 0;
     }

@@ -49,6 +49,7 @@ LargeBuffer<std::int32_t> Spatial3DGrid::cellNumbers(std::span<const Vec3> posit
     const Lanes size = lanesOf(cellSize_);
     const Float4 first = allLanes(0.0F);
     const Float4 last = allLanes(static_cast<float>(cellsPerAxis_ - 1));
+    const Float4 most = allLanes(std::numeric_limits<float>::max());
     Int4 finite = {-1, -1, -1, -1};
     std::size_t at = 0;
     for (; at + group <= positions.size(); at += group) {
@@ -56,7 +57,7 @@ LargeBuffer<std::int32_t> Spatial3DGrid::cellNumbers(std::span<const Vec3> posit
         for (std::size_t v = 0; v < 3; ++v) {
             const auto* from = reinterpret_cast<const float*>(positions.data() + at) + 4 * v;
             const Float4 quotient = (loadVector<Float4>(from) - low[v]) / size[v];
-            finite &= quotient - quotient == first;
+            finite &= (quotient >= -most) & (quotient <= most);
             storeVector(axes.data() + 4 * v,
                 __builtin_convertvector(lesser(greater(quotient, first), last), Int4));
         }

@@ -89,7 +89,8 @@ private:
     Vec3 size_;
 };
 
-/// Positions in and around a cloud: its own points, between them, on its box, and far away.
+/// Positions in and around a cloud: its own points, between them, beside them, far away, and the
+/// origin, which is the middle of some.
 std::vector<Vec3> positionsAround(const Cloud& cloud) {
     Dice dice(11);
     std::vector<Vec3> positions;

@@ -54,6 +54,11 @@ std::vector<Cloud> manyClouds() {
         const float length = std::sqrt(std::max(squaredLength(p), 1e-6F));
         return i < 2 ? Vec3(i == 0 ? -20.0F : 20.0F) : p / length;
     });
+    add("two walls", 1700, 23, [&](int) {
+        // From between them the search sees nothing until it sees all, a point or two at a time.
+        const float x = dice.below(2) == 0 ? -1.0F : 1.0F;
+        return Vec3(x, dice.between(-1.0F, 1.0F), dice.between(-1.0F, 1.0F));
+    });
     add("far from the origin", 500, 8, [&](int) { return Vec3(1e6F) + dice.inCube(0.0F, 4.0F); });
     add("one point", 1, 8, [](int) { return Vec3(4.0F, 5.0F, 6.0F); });
     add("one cell", 300, 1, [&](int) { return dice.inCube(0.0F, 1.0F); });

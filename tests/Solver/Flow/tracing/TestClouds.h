@@ -34,7 +34,7 @@ struct Cloud {
 };
 
 /// Clouds that a search might stumble over: even, in clumps, flat, on a line, with points that
-/// coincide, on the borders of cells, in one cell but for a few, far from the origin.
+/// coincide, on the borders of cells, in one cell but for a few, in two walls, far from the origin.
 std::vector<Cloud> manyClouds();
 
 /// `count` points in the cube from −half to half, eight of them its corners.

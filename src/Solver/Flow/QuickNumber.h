@@ -2,12 +2,10 @@
 
 #include <array>
 #include <bit>
-#include <cmath>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
 #include <limits>
-#include <type_traits>
 
 namespace ostrella {
 

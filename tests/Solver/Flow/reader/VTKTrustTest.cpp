@@ -45,14 +45,16 @@ const std::vector<Case> geometries = {
 };
 
 TEST(VTKTrust, AScreenedSurfaceCannotEndTheProcess) {
-    for (const auto& [contents, failure] : geometries)
-        EXPECT_EQ(failureOf([&] { test::screenedSurfaceOf(header + contents + fields); }), failure);
+    for (const auto& one : geometries)
+        EXPECT_EQ(failureOf([&] { test::screenedSurfaceOf(header + one.contents + fields); }),
+            one.failure);
     EXPECT_THROW(test::screenedSurfaceOf(header + geometries[0].contents), FlowScreenError);
 }
 
 TEST(VTKTrust, AScreenedVolumeCannotEndTheProcess) {
-    for (const auto& [contents, failure] : geometries)
-        EXPECT_EQ(failureOf([&] { test::screenedVolumeOf(header + contents + fields); }), failure);
+    for (const auto& one : geometries)
+        EXPECT_EQ(failureOf([&] { test::screenedVolumeOf(header + one.contents + fields); }),
+            one.failure);
     EXPECT_THROW(test::screenedVolumeOf(header + geometries[0].contents), FlowScreenError);
 }
 

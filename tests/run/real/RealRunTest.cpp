@@ -29,6 +29,18 @@ protected:
         EXPECT_THAT(batch_.output(), Not(HasSubstr("[ERR]")));
         return nlohmann::json::parse(readFile(json));
     }
+    /// Expects that what was exported gives the same results again without a word on the run.
+    void expectSameAgain(const fs::path& exported, nlohmann::json before) {
+        const fs::path json = directory_.path() / "again.json";
+        EXPECT_EQ(batch_.run({"--results", exported.string(), "--json", json.string()}), 0)
+            << batch_.output() << batch_.errors();
+        auto after = nlohmann::json::parse(readFile(json));
+        before["results"].erase("times_s");
+        after["results"].erase("times_s");
+        for (const char* key : {"results", "coefficients", "iterations", "cells"}) {
+            EXPECT_EQ(after[key], before[key]) << key;
+        }
+    }
 
     TemporaryDirectory directory_;
     BatchProcess batch_{stagedProgram()};
@@ -51,6 +63,10 @@ TEST_F(RealRunTest, TheSphereIncompressible) {
         ElementsAre("flow.vtk", "history.csv", "run.cfg", "surface_flow.vtk"));
     EXPECT_THAT(readFile(folder / "surface_flow.vtk"), HasSubstr("Pressure_Coefficient"));
     EXPECT_THAT(std::string(report["tools"]["mesher"]), testing::StartsWith("gmsh "));
+    EXPECT_EQ(report["results"]["surface"]["kind"], "triangle");
+    EXPECT_EQ(report["results"]["streamlines"]["lines"], 100);
+    EXPECT_GT(report["results"]["vortex"]["triangles"], 0);
+    expectSameAgain(folder, report);
 }
 
 TEST_F(RealRunTest, TheWingCompressible) {
@@ -65,11 +81,16 @@ TEST_F(RealRunTest, TheWingCompressible) {
 }
 
 TEST_F(RealRunTest, TheBuiltInAerofoil) {
-    const auto report = run({"--demo", "--alpha", "5"});
+    const fs::path folder = directory_.path() / "out";
+    const auto report = run({"--demo", "--alpha", "5", "--export", folder.string()});
     EXPECT_EQ(report["phase"], "finished");
     EXPECT_EQ(report["cells"], 896 * 256);
     EXPECT_GT(report["cl"], 0.0);
     EXPECT_LT(report["cl"], 1.0);
+    EXPECT_EQ(report["results"]["surface"]["kind"], "line");
+    EXPECT_EQ(report["results"]["streamlines"]["lines"], 100);
+    EXPECT_EQ(report["results"]["vortex"], nullptr);
+    expectSameAgain(folder, report);
 }
 
 TEST_F(RealRunTest, APreparedCaseIsSolvedByHand) {

@@ -1,6 +1,7 @@
 // The vortex surface of the recorded wing, whole and stage by stage, beside the same written as
 // plainly as it can be; and how long a cancellation waits in a large cloud.
 
+#include "Cloud.h"
 #include "RecordedWing.h"
 
 #include "Solver/Flow/BoxFilter.h"
@@ -17,7 +18,6 @@
 
 #include <algorithm>
 #include <chrono>
-#include <cmath>
 #include <cstddef>
 #include <vector>
 
@@ -111,29 +111,9 @@ void weldTriangles(benchmark::State& state) {
     state.counters["triangles"] = static_cast<double>(raw.size()) / 9;
 }
 
-/// A stream with a swirl through points spread evenly around a body.
-VolumeField cloud(std::size_t count) {
-    std::vector<Vec3> positions;
-    std::vector<Vec3> velocities;
-    std::uint64_t state = 1;
-    const auto next = [&state] {
-        state = state * 6364136223846793005U + 1442695040888963407U;
-        return static_cast<float>(state >> 40U) / (1U << 24U) * 6.0F - 3.0F;
-    };
-    for (std::size_t i = 0; i < count; ++i) {
-        const float x = next();
-        const float y = next();
-        const float z = next();
-        positions.emplace_back(x, y, z);
-        velocities.emplace_back(50.0F, -z * std::exp(-y * y), y * std::exp(-z * z));
-    }
-    return {std::move(positions), std::move(velocities)};
-}
-
 /// The longest time between two questions about cancellation, the start and the end included.
 void longestWaitForCancellation(benchmark::State& state) {
-    const auto volume = cloud(static_cast<std::size_t>(state.range(0)));
-    const auto focus = StreamlineFocus::around(Vec3(-0.5F), Vec3(0.5F), 0.5F, 2.0F);
+    const auto volume = cloudFlow(static_cast<std::size_t>(state.range(0)));
     using Clock = std::chrono::steady_clock;
     double longest = 0.0;
     for (auto _ : state) {
@@ -145,7 +125,7 @@ void longestWaitForCancellation(benchmark::State& state) {
             return false;
         };
         benchmark::DoNotOptimize(VortexExtractor::extract(
-            volume, focus, RecordedWing::resolution, RecordedWing::percentile, asked));
+            volume, cloudBody(), RecordedWing::resolution, RecordedWing::percentile, asked));
         asked();
     }
     state.counters["wait_s"] = longest;

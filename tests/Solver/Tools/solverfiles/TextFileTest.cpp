@@ -7,6 +7,8 @@
 #include <cstdlib>
 #include <string>
 
+#include <sys/stat.h>
+
 namespace ostrella {
 namespace {
 
@@ -51,6 +53,15 @@ TEST_F(TextFileTest, mayBeEmptyOrLarge) {
     const std::string large(5'000'001, 'x');
     writeTextAtomically(folder() / "large", large);
     EXPECT_EQ(readText(folder() / "large"), large);
+}
+
+TEST_F(TextFileTest, isNoPipeAndNoFolder) {
+    const fs::path pipe = folder() / "pipe";
+    ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+    EXPECT_EQ(errorOf([&] { readText(pipe); }),
+        "Cannot read " + pipe.string() + ": Operation not supported");
+    EXPECT_EQ(errorOf([&] { readText(folder()); }),
+        "Cannot read " + folder().string() + ": Is a directory");
 }
 
 TEST_F(TextFileTest, isReplacedWhole) {

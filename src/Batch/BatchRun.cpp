@@ -9,6 +9,7 @@
 #include "Models/MainThread.h"
 #include "Platform/SystemFacts.h"
 #include "Solver/Geometry/MeshOperations.h"
+#include "Solver/Run/HarvestTexts.h"
 #include "Solver/Tools/AboutInfo.h"
 
 #include <QCoreApplication>
@@ -292,8 +293,10 @@ void BatchRun::conclude(BatchReport report, int status) {
                     report.tools = *tools;
                 }
                 final = concludeRun(std::move(report), status, result, environment_, log);
-            } catch (const std::exception& error) {
-                MainThread::post([this, text = std::string(error.what())] {
+            } catch (const std::exception&) {
+                const std::string reason =
+                    HarvestTexts::reason(std::current_exception(), "what the run is to leave");
+                MainThread::post([this, text = reason] {
                     app_.logStore.append("Conclusion failed · " + text, LogStore::Level::error);
                 });
             }

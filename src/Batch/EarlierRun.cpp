@@ -6,6 +6,7 @@
 #include "Models/HistoryStore.h"
 #include "Models/NumberFormatting.h"
 #include "Solver/Run/Harvest.h"
+#include "Solver/Run/HarvestTexts.h"
 #include "Solver/Run/SimulationController.h"
 #include "Solver/Run/SolverLaunch.h"
 #include "Solver/Run/StageExit.h"
@@ -21,18 +22,22 @@ namespace fs = std::filesystem;
 
 namespace {
 
-/// What "run.cfg" tells; one that is there but cannot be read costs a line.
-ConfiguredInputs configuredIn(const fs::path& folder, const RunLog& log) {
-    const fs::path file = folder / "run.cfg";
+/// Performs `work` with a file beside the fields, if it is there; one that cannot be read costs a
+/// line.
+template <class Work>
+void withFile(const fs::path& file, const RunLog& log, Work&& work) {
     std::error_code error;
     if (!fs::exists(file, error)) {
-        return {};
+        return;
     }
+    const std::string name = file.filename().string();
     try {
-        return SU2ConfigReader::parse(readText(file));
-    } catch (const FileError& unreadable) {
-        log.warn(fmt::format("run.cfg left out · {}", unreadable.what()));
-        return {};
+        work(readText(file));
+    } catch (const CancellationError&) {
+        throw;
+    } catch (...) {
+        log.warn(fmt::format(
+            "{} left out · {}", name, HarvestTexts::reason(std::current_exception(), name)));
     }
 }
 
@@ -92,7 +97,9 @@ SimulationResult read(const BatchOptions& options, const RunEnvironment& environ
     ConfiguredInputs& inputs) {
     const fs::path& folder = *options.resultsFolder;
     log.info(fmt::format("Results folder: {}", folder.string()));
-    const ConfiguredInputs configured = configuredIn(folder, log);
+    ConfiguredInputs configured;
+    withFile(folder / "run.cfg", log,
+        [&](const std::string& text) { configured = SU2ConfigReader::parse(text); });
     inputs = merged(options, configured);
     tellGuesses(options, configured, inputs, log);
     token.throwIfCancelled();
@@ -101,7 +108,8 @@ SimulationResult read(const BatchOptions& options, const RunEnvironment& environ
                                : ResultFolder::dimensions(folder, inputs.meshFilename).value_or(3);
     log.info(fmt::format(
         "V={:.2f} m/s, {}, {}D", *inputs.velocity, rawValue(*inputs.turbulenceModel), dimensions));
-    flushHistory(folder / "history.csv", dimensions, history, token);
+    withFile(folder / "history.csv", log,
+        [&](const std::string& text) { storeHistory(text, dimensions, history, token); });
     const auto cells = ResultFolder::cells(folder, inputs.meshFilename);
     token.throwIfCancelled();
     return atStage(RunStage::results, [&] {

@@ -1,12 +1,14 @@
 #include "Batch/BatchReport.h"
 #include "Batch/RunFigures.h"
 #include "Platform/AppBundle.h"
+#include "support/Wait.h"
 
 #include <nlohmann/json.hpp>
 
 #include <gmock/gmock.h>
 
 #include <limits>
+#include <set>
 
 namespace ostrella {
 namespace {
@@ -138,6 +140,40 @@ TEST(BatchReport, AnEarlierRunTellsOfItsInputsWhatIsKnown) {
         EXPECT_EQ(json.at(key), nullptr) << key;
     }
     EXPECT_EQ(written(finishedReport())["inputs"]["results"], nullptr);
+}
+
+/// The keys of an object and of the objects in it, but for those of the user's own making.
+std::vector<std::string> keysOf(const Json& object) {
+    std::vector<std::string> keys;
+    for (const auto& [key, value] : object.items()) {
+        keys.push_back(key);
+        if (value.is_object() && key != "inputs" && key != "coefficients") {
+            const auto inner = keysOf(value);
+            keys.insert(keys.end(), inner.begin(), inner.end());
+        }
+    }
+    return keys;
+}
+
+TEST(BatchReport, EveryKeyIsExplained) {
+    BatchReport report = finishedReport();
+    report.failure = {"mesh", "gmsh is missing."};
+    ResultFigures figures;
+    figures.surface.emplace();
+    figures.volumePoints = 1;
+    figures.streamlines.emplace();
+    figures.ribbons.emplace();
+    figures.vortex.emplace();
+    figures.harvest.yPlus.emplace();
+    report.results = figures;
+    const std::string pages = test::readFile(OSTRELLA_SOURCE_DIR "/docs/report.md");
+    const auto keys = keysOf(written(report));
+    EXPECT_GT(keys.size(), 40U);
+    const std::set<std::string> toldInWords{"mesher", "solver", "solverIsStandIn"};
+    for (const std::string& key : keys) {
+        EXPECT_TRUE(toldInWords.contains(key) || pages.find('`' + key + '`') != std::string::npos)
+            << key;
+    }
 }
 
 TEST(BatchReport, CoefficientsKeepTheSolversOrder) {

@@ -44,6 +44,19 @@ TEST(HelpText, EveryParameterHasItsUnitRangeAndDefault) {
     EXPECT_THAT(helpOf("sample"), HasSubstr("sphere, rounded_box, simple_wing"));
 }
 
+TEST(HelpText, TellsHowAnEarlierRunIsRead) {
+    EXPECT_THAT(batchHelp(), HasSubstr("\n       ostrella-batch [OPTION…] --results DIR\n"));
+    for (const char* words : {"Solve nothing", "an exported one",
+             "surface_flow.vtk, flow.vtk, "
+             "history.csv and run.cfg",
+             "the folder is only read", "tells nothing of the streamlines' options"}) {
+        EXPECT_THAT(helpOf("results"), HasSubstr(words));
+    }
+    EXPECT_THAT(helpOf("dimensions"), HasSubstr("2 or 3. Default: what its mesh file says"));
+    EXPECT_THAT(helpOf("write-streamlines"), HasSubstr("FILE.vtk"));
+    EXPECT_THAT(helpOf("write-vortex"), HasSubstr("FILE.ply"));
+}
+
 TEST(HelpText, TellsTheExitStatuses) {
     for (const char* status : {"0 finished", "2 wrong usage", "3 the mesh failed",
              "4 the solver failed", "5 the results failed", "130 cancelled"}) {

@@ -98,6 +98,11 @@ void flushHistory(const fs::path& url, int dimensions, const QPointer<HistorySto
     } catch (const FileError&) {
         return; // It does not exist in the first seconds of a run.
     }
+    storeHistory(text, dimensions, into, token);
+}
+
+void storeHistory(std::string_view text, int dimensions, const QPointer<HistoryStore>& into,
+    const CancellationToken& token) {
     auto parsed = HistoryCSVReader::parse(text, dimensions);
     MainThread::run([&] {
         if (token.isCancelled() || !into) {

@@ -18,6 +18,10 @@ SolverRunner::SolveOutcome launchSU2(const std::filesystem::path& binaryURL,
 void flushHistory(const std::filesystem::path& url, int dimensions,
     const QPointer<HistoryStore>& into, const CancellationToken& token);
 
+/// Parses the text of a history file and replaces the store's contents, as flushHistory() does.
+void storeHistory(std::string_view text, int dimensions, const QPointer<HistoryStore>& into,
+    const CancellationToken& token);
+
 /// Hands an event to the callback on the main thread and waits for it; nothing without a callback.
 void sendEvent(const SolverRunner::Events& events, const SolverRunner::Event& event);
 

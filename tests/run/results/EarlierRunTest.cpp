@@ -168,6 +168,16 @@ TEST_F(EarlierRunTest, AConfigurationThatIsNoTextIsLeftOut) {
     EXPECT_THAT(warnings(), Contains(StartsWith("run.cfg left out · Cannot read ")));
 }
 
+TEST_F(EarlierRunTest, AHistoryThatIsNoTextIsLeftOut) {
+    writeRun();
+    fs::remove(run_ / "history.csv");
+    fs::create_directory(run_ / "history.csv");
+    EXPECT_EQ(harvest(), 0);
+    EXPECT_THAT(warnings(), ElementsAre("history.csv left out · Cannot read " +
+                                        (run_ / "history.csv").string() + ": Is a directory"));
+    EXPECT_EQ(report()["coefficients"], Json::object());
+}
+
 TEST_F(EarlierRunTest, WithoutAHistoryItHasNoFigures) {
     writeRun();
     fs::remove(run_ / "history.csv");

@@ -16,10 +16,13 @@ public:
         : x_(grid.x()),
           y_(grid.y()),
           z_(grid.z()),
+          indices_(grid.cellPoints().data()),
           to_{allLanes(to.x), allLanes(to.y), allLanes(to.z)},
           k_(k) {}
 
     void look(const PointRun& run) {
+        // The result's indices come last and would each wait for memory then.
+        __builtin_prefetch(indices_ + run.begin);
         // Most runs are short: two vectors without a look at the length cost less than a branch
         // that is foreseen wrongly.
         four(run.begin, count_);
@@ -78,6 +81,7 @@ private:
     const float* x_;
     const float* y_;
     const float* z_;
+    const std::int32_t* indices_;
     Float4 to_[3];
     std::size_t k_;
     std::size_t count_ = 0;

@@ -76,22 +76,22 @@ LargeBuffer<std::int32_t> Spatial3DGrid::cellNumbers(std::span<const Vec3> posit
 /// Takes the places' points apart into arrays that vectors are loaded from.
 void Spatial3DGrid::divide(const LargeBuffer<Placed>& placed) {
     const std::size_t count = placed.size();
+    stride_ = count + slack;
     LargeBuffer<std::int32_t> points(count);
-    LargeBuffer<float> x(count + slack);
-    LargeBuffer<float> y(count + slack);
-    LargeBuffer<float> z(count + slack);
+    LargeBuffer<float> coordinates(3 * stride_);
+    float* x = coordinates.data();
+    float* y = x + stride_;
+    float* z = y + stride_;
     for (std::size_t i = 0; i < count; ++i) {
         points[i] = placed[i].index;
         x[i] = placed[i].position.x;
         y[i] = placed[i].position.y;
         z[i] = placed[i].position.z;
     }
-    for (std::size_t i = count; i < count + slack; ++i)
+    for (std::size_t i = count; i < stride_; ++i)
         x[i] = y[i] = z[i] = 0.0F;
     cellPoints_ = std::move(points);
-    x_ = std::move(x);
-    y_ = std::move(y);
-    z_ = std::move(z);
+    coordinates_ = std::move(coordinates);
 }
 
 Spatial3DGrid::Spatial3DGrid(std::span<const Vec3> positions, int cellsPerAxis)

@@ -6,6 +6,7 @@
 #include "Solver/Flow/NearestPoints.h"
 #include "Solver/Flow/ShellWalk.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <span>
 #include <vector>
@@ -49,9 +50,9 @@ public:
     /// The cell of a finite position, the nearest one of those outside the box.
     GridCell cellAt(const Vec3& position) const;
     /// The points' coordinates in the order of cellPoints(), with room for two vectors behind.
-    const float* x() const { return x_.data(); }
-    const float* y() const { return y_.data(); }
-    const float* z() const { return z_.data(); }
+    const float* x() const { return coordinates_.data(); }
+    const float* y() const { return x() + stride_; }
+    const float* z() const { return y() + stride_; }
 
 private:
     /// A point in its place.
@@ -69,9 +70,8 @@ private:
     Vec3 cellSize_{0.0F};
     SharedArray<std::int32_t> cellStart_;
     SharedArray<std::int32_t> cellPoints_;
-    SharedArray<float> x_;
-    SharedArray<float> y_;
-    SharedArray<float> z_;
+    SharedArray<float> coordinates_; ///< all x, then all y and all z
+    std::size_t stride_ = 0;         ///< from one of these to the next
 };
 
 } // namespace ostrella

@@ -20,7 +20,7 @@ LAYERS = {
     "Solver/Flow": ["Models"],
     "Solver/Tools": ["Models", "Platform", "Solver/Geometry", "Solver/Flow"],
     "Solver/Run": ["Models", "Platform", "Solver"],
-    "Rendering": ["Models", "Platform", "Solver/Geometry", "Solver/Flow"],
+    "Rendering": ["Models", "Platform", "Solver/Geometry", "Solver/Flow", "Brand"],
     "Brand": ["Models"],
     "Update": ["Models", "Platform", "Solver"],
     "Ostrella": ["Models", "Platform", "Solver", "Rendering", "Brand", "Update", "Views"],

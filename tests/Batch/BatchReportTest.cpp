@@ -159,12 +159,12 @@ TEST(BatchReport, EveryKeyIsExplained) {
     BatchReport report = finishedReport();
     report.failure = {"mesh", "gmsh is missing."};
     ResultFigures figures;
-    figures.surface.emplace();
+    figures.surface = ResultFigures::Surface{};
     figures.volumePoints = 1;
-    figures.streamlines.emplace();
-    figures.ribbons.emplace();
-    figures.vortex.emplace();
-    figures.harvest.yPlus.emplace();
+    figures.streamlines = ResultFigures::Lines{};
+    figures.ribbons = ResultFigures::Ribbons{};
+    figures.vortex = ResultFigures::Vortex{};
+    figures.harvest.yPlus = ScalarFieldStats{};
     report.results = figures;
     const std::string pages = test::readFile(OSTRELLA_SOURCE_DIR "/docs/report.md");
     const auto keys = keysOf(written(report));

@@ -1,0 +1,25 @@
+#version 430
+#extension GL_GOOGLE_include_directive : require
+#include "blocks.glsl"
+#include "device.glsl"
+#include "prerun.glsl"
+#include "shading.glsl"
+
+layout(location = 0) in vec3 viewPosition;
+layout(location = 1) in vec3 viewNormal;
+
+layout(location = 0) out vec4 color;
+
+// Smoked glass: a dark fill, a little cooler where it looks up, held together by its rim.
+void main() {
+    vec3 normal = shadingNormal(viewPosition, viewNormal, device.target.w);
+    vec3 toEye = normalize(-viewPosition);
+    vec3 light = u.lightDirection.xyz;
+    float up = max(dot(normal, mat3(u.viewMatrix) * vec3(0.0, 1.0, 0.0)), 0.0);
+    vec3 fill = preRun.color.rgb *
+                (preRun.params.x + preRun.params.y * softDiffuse(normal, light));
+    fill += vec3(-0.002, 0.006, 0.022) * up;
+    float rim = rimOf(normal, viewPosition, preRun.params.z) * preRun.rimColor.a;
+    float glint = 0.06 * pow(max(dot(normal, normalize(light + toEye)), 0.0), 36.0);
+    color = vec4(mix(fill, preRun.rimColor.rgb, rim) + glint, mix(preRun.color.a, 1.0, rim));
+}

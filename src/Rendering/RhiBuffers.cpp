@@ -8,6 +8,7 @@
 #include <bit>
 #include <cstring>
 #include <limits>
+#include <utility>
 #include <vector>
 
 namespace ostrella {
@@ -36,6 +37,7 @@ QRhiBuffer::UsageFlags usageOf(SceneBuffer buffer) {
 
 void RhiBuffers::renew(
     const SceneBuffers& scene, const FrameEncoding& frame, QRhiResourceUpdateBatch& updates) {
+    outgrown_.clear();
     std::array<bool, sceneBufferCount> drawn{};
     for (const DrawCommand& draw : frame.draws) {
         drawn[static_cast<std::size_t>(draw.vertices)] = true;
@@ -82,6 +84,8 @@ std::unique_ptr<QRhiBuffer> RhiBuffers::make(QRhiBuffer::UsageFlags usage, const
 QRhiBuffer& RhiBuffers::quadIndices(std::size_t quads, QRhiResourceUpdateBatch& updates) {
     constexpr std::size_t least = 1024;
     if (!quads_ || quads > quadCount_) {
+        if (quads_)
+            outgrown_.push_back(std::move(quads_));
         quadCount_ = std::bit_ceil(std::max(quads, least));
         std::vector<std::uint32_t> indices(6 * quadCount_);
         for (std::size_t quad = 0; quad < quadCount_; ++quad) {

@@ -7,6 +7,7 @@
 #include <array>
 #include <cstdint>
 #include <memory>
+#include <vector>
 
 namespace ostrella {
 
@@ -57,6 +58,8 @@ private:
     QRhi& rhi_;
     std::array<Held, sceneBufferCount> held_;
     std::unique_ptr<QRhiBuffer> quads_;
+    /// Outgrown within the frame in hand, whose updates still name them.
+    std::vector<std::unique_ptr<QRhiBuffer>> outgrown_;
     std::size_t quadCount_ = 0;
     std::uint64_t generation_ = 1;
 };

@@ -1,0 +1,47 @@
+#include "Rendering/PreparedModel.h"
+
+#include "Scenes.h"
+
+#include <gtest/gtest.h>
+
+#include <thread>
+
+namespace ostrella {
+namespace {
+
+using namespace scenes;
+
+TEST(PreparedModel, isEmptyForNoFacets) {
+    const PreparedModel model = PreparedModel::of(TriangleMesh());
+    EXPECT_EQ(model.indexCount, 0U);
+    EXPECT_TRUE(model.vertices.empty());
+    EXPECT_EQ(model.bounds, BoundingBox{});
+}
+
+TEST(PreparedModel, countsWhatItsArraysHold) {
+    const PreparedModel model = PreparedModel::of(cube());
+    EXPECT_EQ(model.positions.size(), 8U);
+    EXPECT_EQ(model.vertices.size(), 8U * 32U);
+    EXPECT_EQ(model.indexCount, 36U);
+    EXPECT_EQ(model.indices.size(), 36U * 4U);
+    EXPECT_EQ(model.featureEdgeVertexCount, 24U);
+    EXPECT_EQ(model.featureEdges.size(), 24U * 16U);
+    EXPECT_EQ(model.bounds, (BoundingBox{Vec3(-1.0F), Vec3(1.0F)}));
+}
+
+TEST(PreparedModel, isMadeOnAnyThread) {
+    PreparedModel elsewhere;
+    std::thread worker([&] { elsewhere = PreparedModel::of(cube()); });
+    worker.join();
+    EXPECT_EQ(elsewhere.vertices, PreparedModel::of(cube()).vertices);
+}
+
+TEST(PreparedModel, weldsOnACoarserGridFarFromTheOrigin) {
+    // On its own grid of 1e-5 the corners' keys would pass 32 bits.
+    const PreparedModel model = PreparedModel::of(box(Vec3(1e6F), Vec3(1e6F + 1.0F)));
+    EXPECT_EQ(model.positions.size(), 8U);
+    EXPECT_EQ(model.indexCount, 36U);
+}
+
+} // namespace
+} // namespace ostrella

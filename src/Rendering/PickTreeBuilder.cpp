@@ -3,6 +3,8 @@
 #include "Models/Precondition.h"
 
 #include <algorithm>
+#include <array>
+#include <bit>
 #include <cmath>
 #include <limits>
 
@@ -35,14 +37,6 @@ int longestAxis(const Vec3& size) {
 
 } // namespace
 
-PickTreeBuilder::Extent::Extent()
-    : min(std::numeric_limits<float>::infinity()), max(-std::numeric_limits<float>::infinity()) {}
-
-void PickTreeBuilder::Extent::include(const Vec3& point) {
-    min = least(min, point);
-    max = greatest(max, point);
-}
-
 PickTreeBuilder::PickTreeBuilder(PickTree& tree) : tree_(tree) {
     collect();
     if (count_ == 0)
@@ -73,14 +67,13 @@ void PickTreeBuilder::collect() {
             continue;
         const Vec3 middle = 0.5F * least(least(a, b), c) + 0.5F * greatest(greatest(a, b), c);
         items_[count_++] = {middle, static_cast<std::uint32_t>(i)};
-        all_.include(middle);
     }
 }
 
 void PickTreeBuilder::build() {
     tree_.nodes_.reserve(count_ / 2 + 1);
     tree_.nodes_.emplace_back();
-    std::vector<Share> open{{0, 0, count_, all_}};
+    std::vector<Share> open{{0, 0, count_, extentOf(0, count_)}};
     while (!open.empty()) {
         const Share share = open.back();
         open.pop_back();
@@ -106,37 +99,41 @@ std::size_t PickTreeBuilder::divide(const Share& share, Extent& left, Extent& ri
     const std::size_t count = share.end - share.begin;
     const int axis = longestAxis(share.extent.max - share.extent.min);
     const float plane = 0.5F * share.extent.min[axis] + 0.5F * share.extent.max[axis];
-    std::size_t begin = share.begin;
-    std::size_t end = share.end;
-    while (begin < end) {
-        const Item item = items_[begin];
-        if (item.middle[axis] < plane) {
-            left.include(item.middle);
-            ++begin;
-        } else {
-            right.include(item.middle);
-            items_[begin] = items_[--end];
-            items_[end] = item;
-        }
+    // Every item changes places whichever side it is on: which side cannot be foreseen, and a wrong
+    // guess of the processor costs more than the move.
+    std::size_t middle = share.begin;
+    for (std::size_t i = share.begin; i < share.end; ++i) {
+        const Item item = items_[i];
+        items_[i] = items_[middle];
+        items_[middle] = item;
+        middle += item.middle[axis] < plane ? 1 : 0;
     }
-    if (std::min(begin - share.begin, share.end - begin) * leastShare >= count)
-        return begin;
-
-    const std::size_t middle = share.begin + count / 2;
-    if (share.extent.max[axis] > share.extent.min[axis])
-        std::nth_element(items_.begin() + share.begin, items_.begin() + middle,
-            items_.begin() + share.end,
-            [axis](const Item& a, const Item& b) { return a.middle[axis] < b.middle[axis]; });
+    if (std::min(middle - share.begin, share.end - middle) * leastShare < count) {
+        middle = share.begin + count / 2;
+        if (share.extent.max[axis] > share.extent.min[axis])
+            std::nth_element(items_.begin() + share.begin, items_.begin() + middle,
+                items_.begin() + share.end,
+                [axis](const Item& a, const Item& b) { return a.middle[axis] < b.middle[axis]; });
+    }
     left = extentOf(share.begin, middle);
     right = extentOf(middle, share.end);
     return middle;
 }
 
 PickTreeBuilder::Extent PickTreeBuilder::extentOf(std::size_t begin, std::size_t end) const {
-    Extent extent;
-    for (std::size_t i = begin; i < end; ++i)
-        extent.include(items_[i].middle);
-    return extent;
+    // Four lanes are one register; the last, which holds the triangle, is only carried along.
+    using Lanes = std::array<float, 4>;
+    constexpr float infinity = std::numeric_limits<float>::infinity();
+    Lanes min{infinity, infinity, infinity, infinity};
+    Lanes max{-infinity, -infinity, -infinity, -infinity};
+    for (std::size_t i = begin; i < end; ++i) {
+        const auto item = std::bit_cast<Lanes>(items_[i]);
+        for (std::size_t lane = 0; lane < 4; ++lane) {
+            min[lane] = item[lane] < min[lane] ? item[lane] : min[lane];
+            max[lane] = item[lane] > max[lane] ? item[lane] : max[lane];
+        }
+    }
+    return {{min[0], min[1], min[2]}, {max[0], max[1], max[2]}};
 }
 
 void PickTreeBuilder::encloseAll() {
@@ -149,12 +146,13 @@ void PickTreeBuilder::encloseAll() {
             node.max = greatest(left.max, right.max);
             continue;
         }
-        Extent extent;
+        node.min = node.max = tree_.corner(tree_.order_[node.first], 0);
         for (std::uint32_t at = node.first; at < node.first + node.count; ++at)
-            for (std::size_t corner = 0; corner < 3; ++corner)
-                extent.include(tree_.corner(tree_.order_[at], corner));
-        node.min = extent.min;
-        node.max = extent.max;
+            for (std::size_t which = 0; which < 3; ++which) {
+                const Vec3 corner = tree_.corner(tree_.order_[at], which);
+                node.min = least(node.min, corner);
+                node.max = greatest(node.max, corner);
+            }
     }
 }
 

@@ -27,9 +27,6 @@ private:
     struct Extent {
         Vec3 min;
         Vec3 max;
-
-        Extent();
-        void include(const Vec3& point);
     };
     /// Items that are still to become a node.
     struct Share {
@@ -49,7 +46,6 @@ private:
     PickTree& tree_;
     LargeBuffer<Item> items_;
     std::size_t count_ = 0;
-    Extent all_;
 };
 
 } // namespace ostrella

@@ -1,12 +1,12 @@
 #include "Rendering/RhiBuffers.h"
 
+#include "Rendering/CreasedMesh.h"
 #include "Rendering/RhiError.h"
 
 #include <fmt/format.h>
 
 #include <algorithm>
 #include <bit>
-#include <cstring>
 #include <limits>
 #include <utility>
 #include <vector>
@@ -33,38 +33,98 @@ QRhiBuffer::UsageFlags usageOf(SceneBuffer buffer) {
     }
 }
 
+std::size_t index(SceneBuffer buffer) {
+    return static_cast<std::size_t>(buffer);
+}
+
+template <class T>
+std::span<const T> contentsOf(const SceneBuffers& scene, SceneBuffer buffer) {
+    const SharedArray<std::byte>& bytes = scene[buffer].bytes;
+    return {reinterpret_cast<const T*>(bytes.data()), bytes.size() / sizeof(T)};
+}
+
+/// Whether the model gets normals of the device's own. Facets of larger ones are so small that the
+/// given normals do.
+bool isCreased(const SceneBuffers& scene) {
+    constexpr std::size_t mostTriangles = 400'000;
+    const auto indices = contentsOf<std::uint32_t>(scene, SceneBuffer::modelIndices);
+    const std::size_t vertices = contentsOf<Vec4>(scene, SceneBuffer::modelVertices).size() / 2;
+    return !indices.empty() && indices.size() <= 3 * mostTriangles &&
+           std::ranges::all_of(indices, [&](std::uint32_t i) { return i < vertices; });
+}
+
+CreasedMesh creasedModel(const SceneBuffers& scene) {
+    return CreasedMesh::of(contentsOf<Vec4>(scene, SceneBuffer::modelVertices),
+        contentsOf<std::uint32_t>(scene, SceneBuffer::modelIndices));
+}
+
+/// The edges of triangles as a line list.
+std::vector<std::uint32_t> edgesOf(std::span<const std::uint32_t> triangles) {
+    std::vector<std::uint32_t> edges;
+    edges.reserve(2 * triangles.size());
+    for (std::size_t i = 0; i + 2 < triangles.size(); i += 3) {
+        const auto [a, b, c] = std::array{triangles[i], triangles[i + 1], triangles[i + 2]};
+        edges.insert(edges.end(), {a, b, b, c, c, a});
+    }
+    return edges;
+}
+
 } // namespace
 
 void RhiBuffers::renew(
     const SceneBuffers& scene, const FrameEncoding& frame, QRhiResourceUpdateBatch& updates) {
     outgrown_.clear();
+    drop(scene);
     std::array<bool, sceneBufferCount> drawn{};
     for (const DrawCommand& draw : frame.draws) {
-        drawn[static_cast<std::size_t>(draw.vertices)] = true;
+        drawn[index(draw.vertices)] = true;
         if (draw.indices)
-            drawn[static_cast<std::size_t>(*draw.indices)] = true;
+            drawn[index(*draw.indices)] = true;
     }
+    if (drawn[index(SceneBuffer::modelVertices)] && drawn[index(SceneBuffer::modelIndices)])
+        uploadModel(scene, updates);
     for (std::size_t i = 0; i < sceneBufferCount; ++i) {
         const auto which = static_cast<SceneBuffer>(i);
-        const SceneBuffers::Contents& contents = scene[which];
+        if (drawn[i] && !held_[i].buffer)
+            upload(which, scene, scene[which].bytes.span(), updates);
+    }
+}
+
+void RhiBuffers::drop(const SceneBuffers& scene) {
+    for (std::size_t i = 0; i < sceneBufferCount; ++i) {
+        const SceneBuffers::Contents& contents = scene[static_cast<SceneBuffer>(i)];
         Held& held = held_[i];
         if (held.buffer &&
             (held.version != contents.version || held.source != contents.bytes.data())) {
             held = {};
             ++generation_;
         }
-        if (drawn[i] && !held.buffer && !contents.bytes.empty())
-            upload(held, which, contents, updates);
     }
 }
 
-void RhiBuffers::upload(Held& held, SceneBuffer which, const SceneBuffers::Contents& contents,
-    QRhiResourceUpdateBatch& updates) {
-    held.buffer = make(usageOf(which), contents.bytes.data(), contents.bytes.size(), updates);
-    held.size = contents.bytes.size();
-    held.version = contents.version;
-    held.source = contents.bytes.data();
+void RhiBuffers::upload(SceneBuffer which, const SceneBuffers& scene,
+    std::span<const std::byte> bytes, QRhiResourceUpdateBatch& updates) {
+    if (bytes.empty())
+        return;
+    Held& held = held_[index(which)];
+    held.buffer = make(usageOf(which), bytes.data(), bytes.size(), updates);
+    held.size = bytes.size();
+    held.version = scene[which].version;
+    held.source = scene[which].bytes.data();
     ++generation_;
+}
+
+void RhiBuffers::uploadModel(const SceneBuffers& scene, QRhiResourceUpdateBatch& updates) {
+    Held& vertices = held_[index(SceneBuffer::modelVertices)];
+    Held& indices = held_[index(SceneBuffer::modelIndices)];
+    if ((vertices.buffer && indices.buffer) || !isCreased(scene))
+        return;
+    // The two belong together, also where only one of them was replaced.
+    vertices = {};
+    indices = {};
+    const CreasedMesh mesh = creasedModel(scene);
+    upload(SceneBuffer::modelVertices, scene, std::as_bytes(std::span(mesh.vertices)), updates);
+    upload(SceneBuffer::modelIndices, scene, std::as_bytes(std::span(mesh.indices)), updates);
 }
 
 std::unique_ptr<QRhiBuffer> RhiBuffers::make(QRhiBuffer::UsageFlags usage, const void* bytes,
@@ -101,19 +161,12 @@ QRhiBuffer& RhiBuffers::quadIndices(std::size_t quads, QRhiResourceUpdateBatch& 
 
 QRhiBuffer& RhiBuffers::triangleEdges(
     SceneBuffer indices, const SceneBuffers& scene, QRhiResourceUpdateBatch& updates) {
-    Held& held = held_[static_cast<std::size_t>(indices)];
+    Held& held = held_[index(indices)];
     if (!held.edges) {
-        const auto& bytes = scene[indices].bytes;
-        const std::size_t triangles = bytes.size() / (3 * sizeof(std::uint32_t));
-        std::vector<std::uint32_t> edges(6 * triangles);
-        for (std::size_t t = 0; t < triangles; ++t) {
-            std::array<std::uint32_t, 3> corner{};
-            std::memcpy(corner.data(), bytes.data() + t * sizeof(corner), sizeof(corner));
-            for (std::size_t i = 0; i < 3; ++i) {
-                edges[6 * t + 2 * i] = corner[i];
-                edges[6 * t + 2 * i + 1] = corner[(i + 1) % 3];
-            }
-        }
+        const bool creased = indices == SceneBuffer::modelIndices && isCreased(scene);
+        const std::vector<std::uint32_t> edges =
+            creased ? edgesOf(creasedModel(scene).indices)
+                    : edgesOf(contentsOf<std::uint32_t>(scene, indices));
         held.edges = make(
             QRhiBuffer::IndexBuffer, edges.data(), edges.size() * sizeof(std::uint32_t), updates);
     }

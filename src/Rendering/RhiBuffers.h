@@ -7,6 +7,7 @@
 #include <array>
 #include <cstdint>
 #include <memory>
+#include <span>
 #include <vector>
 
 namespace ostrella {
@@ -50,8 +51,10 @@ private:
         std::unique_ptr<QRhiBuffer> edges; ///< of indices: their line list
     };
 
-    void upload(Held& held, SceneBuffer which, const SceneBuffers::Contents& contents,
+    void drop(const SceneBuffers& scene);
+    void upload(SceneBuffer which, const SceneBuffers& scene, std::span<const std::byte> bytes,
         QRhiResourceUpdateBatch& updates);
+    void uploadModel(const SceneBuffers& scene, QRhiResourceUpdateBatch& updates);
     std::unique_ptr<QRhiBuffer> make(QRhiBuffer::UsageFlags usage, const void* bytes,
         std::size_t size, QRhiResourceUpdateBatch& updates);
 

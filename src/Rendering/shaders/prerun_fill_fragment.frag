@@ -16,9 +16,9 @@ void main() {
     vec3 toEye = normalize(-viewPosition);
     vec3 light = u.lightDirection.xyz;
     float up = max(dot(normal, mat3(u.viewMatrix) * vec3(0.0, 1.0, 0.0)), 0.0);
-    vec3 fill = preRun.color.rgb *
-                (preRun.params.x + preRun.params.y * softDiffuse(normal, light));
-    fill += vec3(-0.002, 0.006, 0.022) * up;
+    float facing = max(dot(normal, light), 0.0);
+    vec3 fill = preRun.color.rgb * (preRun.params.x + preRun.params.y * facing * facing);
+    fill += vec3(0.004, 0.016, 0.034) * up;
     float rim = rimOf(normal, viewPosition, preRun.params.z) * preRun.rimColor.a;
     float glint = 0.06 * pow(max(dot(normal, normalize(light + toEye)), 0.0), 36.0);
     color = vec4(mix(fill, preRun.rimColor.rgb, rim) + glint, mix(preRun.color.a, 1.0, rim));

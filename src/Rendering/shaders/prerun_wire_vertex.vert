@@ -1,6 +1,7 @@
 #version 430
 #extension GL_GOOGLE_include_directive : require
 #include "blocks.glsl"
+#include "device.glsl"
 #include "prerun.glsl"
 #include "pull.glsl"
 
@@ -12,8 +13,10 @@ layout(location = 1) out flat float halfWidth;       // pixels
 
 void main() {
     vec4 view = u.viewMatrix * (u.modelMatrix * vec4(position, 1.0));
-    // The device gives these lines their width.
+    // The device gives these lines a pixel. Two triangles share each of them, and only together are
+    // they to be as strong as asked for.
+    float alpha = clamp(preRun.color.a, 0.01, 1.0);
     across = 0.0;
-    halfWidth = 1.0;
+    halfWidth = 0.5 * device.target.z * (1.0 - sqrt(1.0 - alpha)) / alpha;
     gl_Position = pulledForward(view, preRun.params.z - preRun.params.w);
 }

@@ -1,27 +1,19 @@
 // Normals and light, in view space.
 
-// Interpolated normals are averages over the faces around a vertex. Where one strays from the face
-// that is drawn, the face's own is taken, so that flat panels stay flat; both look to the viewer.
+// The interpolated normal on the side that is drawn. The face tells which that is: at outlines the
+// normal itself may already look away, and facets may be wound either way.
 vec3 shadingNormal(vec3 position, vec3 interpolated, float asLines) {
     vec3 toEye = normalize(-position);
     float len = length(interpolated);
-    vec3 smoothed = len > 1e-6 ? interpolated / len : toEye;
-    vec3 across = cross(dFdx(position), dFdy(position));
-    float extent = length(across);
-    // Lines have no face, and faces seen edge on are too thin to have a normal.
-    if (asLines > 0.5 || !(extent > 0.0))
-        return dot(smoothed, toEye) < 0.0 ? -smoothed : smoothed;
-    vec3 face = across / extent;
-    if (dot(face, toEye) < 0.0)
-        face = -face;
-    if (dot(smoothed, face) < 0.0)
-        smoothed = -smoothed;
-    const float near = 0.9962; // cos 5 degrees
-    const float far = 0.9848;  // cos 10 degrees
-    return normalize(mix(face, smoothed, smoothstep(far, near, dot(smoothed, face))));
+    vec3 normal = len > 1e-6 ? interpolated / len : toEye;
+    // Lines have no face, and faces seen edge on are too thin to have a side.
+    vec3 face = cross(dFdx(position), dFdy(position));
+    if (asLines > 0.5 || !(dot(face, face) > 0.0))
+        return dot(normal, toEye) < 0.0 ? -normal : normal;
+    return dot(normal, face) * dot(face, toEye) < 0.0 ? -normal : normal;
 }
 
-// The face's own normal alone, towards the viewer.
+// The face's own normal, towards the viewer.
 vec3 faceNormal(vec3 position) {
     vec3 toEye = normalize(-position);
     vec3 across = cross(dFdx(position), dFdy(position));

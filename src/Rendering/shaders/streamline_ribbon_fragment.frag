@@ -19,7 +19,7 @@ float pulseAt(float arcLength, float linePhase) {
     float behind = fract((arcLength - ribbon.pulse.x * ribbon.pulse.z) / spacing + linePhase);
     float tail = clamp((behind - (1.0 - ribbon.look.w)) / ribbon.look.w, 0.0, 1.0);
     float head = 1.0 - smoothstep(0.97, 1.0, behind);
-    return tail * tail * tail * head;
+    return tail * tail * head;
 }
 
 void main() {
@@ -51,6 +51,6 @@ void main() {
     // The scale's slow end would vanish on the background.
     float slow = 1.0 - smoothstep(0.0, 0.3, speed);
     base = mix(base, ribbon.floorColor.rgb, slow * ribbon.floorColor.a);
-    base = mix(base, vec3(1.0), 0.28 * pulse);
+    base = mix(base, vec3(1.0), 0.13 * pulse);
     color = vec4(base * sinking, coverage * strength * endFade * ribbon.depth.w);
 }

@@ -9,7 +9,6 @@
 namespace ostrella::ViewportPicking {
 namespace {
 
-constexpr float pi = 3.1415925F;
 constexpr float infinity = std::numeric_limits<float>::infinity();
 const float nan = std::numeric_limits<float>::quiet_NaN();
 

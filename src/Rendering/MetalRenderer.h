@@ -56,7 +56,8 @@ public:
 
     // Contents.
     void upload(const TriangleMesh& mesh);
-    /// The same for a model that was prepared elsewhere, which takes no time.
+    /// The same for a model that was prepared elsewhere, which takes no time; a large one that the
+    /// pointer will be over wants its pick tree.
     void upload(const PreparedModel& model);
     void uploadSurface(const SurfaceField& field);
     void uploadStreamlines(const Streamlines& lines);
@@ -151,7 +152,7 @@ private:
     double timeOrigin_;
     SceneBuffers buffers_;
     SceneContents contents_;
-    SharedArray<Vec3> modelPositions_;
+    PreparedModel model_;
     Vec3 modelRotation_{0.0F};
     std::optional<RingKey> ringKey_;
     Vec2 viewportSize_{1.0F, 1.0F};

@@ -52,7 +52,7 @@ WeldedMesh weldedWhereItStands(const TriangleMesh& mesh) {
 
 } // namespace
 
-PreparedModel PreparedModel::of(const TriangleMesh& mesh) {
+PreparedModel PreparedModel::of(const TriangleMesh& mesh, Picking picking) {
     const TriangleMesh placed = placedFacets(mesh);
     PreparedModel model;
     if (placed.empty())
@@ -66,7 +66,17 @@ PreparedModel PreparedModel::of(const TriangleMesh& mesh) {
     model.indexCount = static_cast<std::uint32_t>(shared.indices.size());
     model.featureEdgeVertexCount = static_cast<std::uint32_t>(edges.positions.size());
     model.bounds = placed.boundingBox();
+    if (picking == Picking::tree)
+        model.tree = std::make_shared<const PickTree>(
+            model.positions.span(), 1, BufferBytes::as<std::uint32_t>(model.indices));
     return model;
+}
+
+std::optional<float> PreparedModel::nearestHit(const ViewportPicking::Ray& ray) const {
+    if (tree)
+        return tree->nearestHit(ray);
+    return ViewportPicking::nearestHit(
+        ray, positions.span(), 1, BufferBytes::as<std::uint32_t>(indices));
 }
 
 } // namespace ostrella

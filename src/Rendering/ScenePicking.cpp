@@ -1,5 +1,4 @@
 // Whether the pointer is on the model.
-#include "Rendering/BufferBytes.h"
 #include "Rendering/MetalRenderer.h"
 #include "Rendering/ViewportPicking.h"
 
@@ -16,8 +15,7 @@ bool MetalRenderer::modelHit(Vec2 point) const {
     const auto inModel = ray->transformed(place.inverseModelMatrix());
     if (!ViewportPicking::hitsSphere(inModel, place.centre, modelRadius()))
         return false;
-    const auto indices = BufferBytes::as<std::uint32_t>(buffers_[SceneBuffer::modelIndices].bytes);
-    return ViewportPicking::nearestHit(inModel, modelPositions_.span(), 1, indices).has_value();
+    return model_.nearestHit(inModel).has_value();
 }
 
 } // namespace ostrella

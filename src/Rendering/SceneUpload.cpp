@@ -38,7 +38,7 @@ BoundingBox boundsOf(
 } // namespace
 
 void MetalRenderer::upload(const TriangleMesh& mesh) {
-    upload(PreparedModel::of(mesh));
+    upload(PreparedModel::of(mesh, PreparedModel::Picking::walk));
 }
 
 void MetalRenderer::upload(const PreparedModel& model) {
@@ -57,7 +57,7 @@ void MetalRenderer::hold(const PreparedModel& model) {
     contents_.meshIndexCount = model.indexCount;
     contents_.featureEdgeVertexCount = model.featureEdgeVertexCount;
     contents_.meshBounds = model.bounds;
-    modelPositions_ = model.positions;
+    model_ = model;
     refreshGrid();
 }
 

@@ -43,5 +43,26 @@ TEST(PreparedModel, weldsOnACoarserGridFarFromTheOrigin) {
     EXPECT_EQ(model.indexCount, 36U);
 }
 
+TEST(PreparedModel, isHitAlikeWithAndWithoutATree) {
+    const PreparedModel walked = PreparedModel::of(cube(), PreparedModel::Picking::walk);
+    PreparedModel indexed = PreparedModel::of(cube(), PreparedModel::Picking::tree);
+    EXPECT_FALSE(walked.tree);
+    ASSERT_TRUE(indexed.tree);
+    // The tree looks into arrays that copies share.
+    const PreparedModel copy = indexed;
+    indexed = {};
+    int hits = 0;
+    for (float x = -2; x <= 2; x += 0.23F) {
+        for (float y = -2; y <= 2; y += 0.23F) {
+            const ViewportPicking::Ray ray{{x, y, 5}, {0.05F, -0.1F, -1}};
+            EXPECT_EQ(walked.nearestHit(ray), copy.nearestHit(ray)) << x << " " << y;
+            hits += walked.nearestHit(ray) ? 1 : 0;
+        }
+    }
+    // Of 18 × 18 rays about a quarter meet the cube.
+    EXPECT_GT(hits, 60);
+    EXPECT_LT(hits, 120);
+}
+
 } // namespace
 } // namespace ostrella

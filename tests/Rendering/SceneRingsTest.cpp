@@ -244,6 +244,15 @@ TEST(ModelHit, isTrueOnTheModelOnly) {
     EXPECT_FALSE(scene.renderer.modelHit({10, 10}));
 }
 
+TEST(ModelHit, asksTheTreeOfAPreparedModel) {
+    Rings scene;
+    scene.renderer.upload(PreparedModel::of(cube()));
+    EXPECT_TRUE(scene.renderer.modelHit({400, 200}));
+    EXPECT_FALSE(scene.renderer.modelHit({10, 10}));
+    scene.renderer.clear();
+    EXPECT_FALSE(scene.renderer.modelHit({400, 200}));
+}
+
 TEST(ModelHit, turnsWithTheModel) {
     Rings scene;
     scene.renderer.upload(box({-3, -0.1F, -0.1F}, {3, 0.1F, 0.1F}));

@@ -6,6 +6,7 @@
 #include <QEvent>
 
 #include <array>
+#include <cmath>
 #include <vector>
 
 namespace ostrella::test {
@@ -135,6 +136,11 @@ void ViewportBench::enterOrientMode() {
     settings.setOrientMode(true);
     turn();
     finishTweens();
+}
+
+float ViewportBench::distanceFor(float radius, float share) {
+    const float tangent = share * 0.9F * std::tan(3.1415925F / 8);
+    return radius * std::sqrt(tangent * tangent + 1) / tangent;
 }
 
 Vec2 ViewportBench::ringCentre() {

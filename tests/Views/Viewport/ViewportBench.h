@@ -47,6 +47,9 @@ protected:
     void enterOrientMode();
     /// A point of the view on this ring and on no other.
     Vec2 pointOn(OrientationAxis ring);
+    /// The distance from which a sphere of this radius (m) fills nine tenths of a view of this
+    /// share of its height.
+    static float distanceFor(float radius, float share = 1);
     /// Where the middle of the rings is in the view.
     Vec2 ringCentre();
 

@@ -204,6 +204,20 @@ TEST_F(ArcBallCameraMoves, aDoubleClickFramesTheSceneInTheIsoPose) {
     EXPECT_FALSE(renderer.orientMode) << "and is no click";
 }
 
+TEST_F(ArcBallCameraMoves, aDoubleClickForgetsAPressWhoseReleaseGotLost) {
+    press(onBox);
+    press(onBox, {}, Button::left, 2);
+    release(onBox);
+    EXPECT_FALSE(renderer.orientMode);
+
+    press(onBox);
+    press(onBox, {}, Button::left, 2);
+    drag(onBox + Vec2(50, 0));
+    EXPECT_EQ(renderer.camera, before);
+    release(onBox);
+    EXPECT_FALSE(renderer.orientMode);
+}
+
 TEST_F(ArcBallCameraMoves, onlyAnOrbitEndsThePresetsMark) {
     settings.requestView(ViewPreset::iso);
     turn();

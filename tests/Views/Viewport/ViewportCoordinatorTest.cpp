@@ -91,6 +91,13 @@ TEST_F(ViewportCoordinatorTest, theSameModelIsNotUploadedAgain) {
     EXPECT_EQ(renderer.buffers()[SceneBuffer::modelVertices].version, version);
 }
 
+TEST_F(ViewportCoordinatorTest, anotherFileIsUploadedWhateverItHolds) {
+    loadBox();
+    const auto version = renderer.buffers()[SceneBuffer::modelVertices].version;
+    load(TriangleMesh(*parameters.mesh()), "copy of box.stl");
+    EXPECT_GT(renderer.buffers()[SceneBuffer::modelVertices].version, version);
+}
+
 TEST_F(ViewportCoordinatorTest, anotherMeshOfTheSameFileIsUploaded) {
     loadBox();
     load(boxMesh(Vec3(-3), Vec3(3)));
@@ -195,6 +202,24 @@ TEST_F(ViewportCoordinatorTest, theModelComesBeforeAResultsFrame) {
     EXPECT_EQ(renderer.camera.azimuth, 0.785398126F);
 }
 
+TEST_F(ViewportCoordinatorTest, aResultIsUploadedAfterItsModel) {
+    parameters.setMesh(boxMesh(Vec3(-1), Vec3(1)));
+    parameters.setLastRunResult(resultAt("run-1", Vec3(-4), Vec3(4)));
+    turn();
+    EXPECT_GT(renderer.buffers()[SceneBuffer::surfaceVertices].version,
+        renderer.buffers()[SceneBuffer::modelVertices].version);
+}
+
+TEST_F(ViewportCoordinatorTest, aPresetComesAfterTheFrameOfAModelAndAResult) {
+    settings.requestView(ViewPreset::top);
+    parameters.setMesh(boxMesh(Vec3(-1), Vec3(1)));
+    parameters.setLastRunResult(resultAt("run-1", Vec3(-4), Vec3(4)));
+    turn();
+    finishTweens();
+    EXPECT_EQ(renderer.camera.elevation, 1.57079625F);
+    EXPECT_NEAR(renderer.camera.distance, distanceFor(std::sqrt(3.0F)), 1e-3);
+}
+
 TEST_F(ViewportCoordinatorTest, aResultKeepsThePoseAndAReframeThenTakesTheIsoPose) {
     loadBox();
     renderer.camera.azimuth = 1;
@@ -278,6 +303,18 @@ TEST_F(ViewportCoordinatorTest, aRunEndsOrientModeAndADragUnderWay) {
     parameters.setIsRunning(false);
     turn();
     EXPECT_FALSE(renderer.orientMode);
+}
+
+TEST_F(ViewportCoordinatorTest, orientModeTurnedOffElsewhereEndsADragUnderWay) {
+    loadBox();
+    enterOrientMode();
+    press(pointOn(OrientationAxis::y));
+    ASSERT_TRUE(view.ringDrag());
+    settings.setOrientMode(false);
+    turn();
+    EXPECT_FALSE(view.ringDrag());
+    drag(besideBox);
+    EXPECT_EQ(parameters.rotationY(), 0);
 }
 
 TEST_F(ViewportCoordinatorTest, orientModeBacksTheCameraOffOnce) {

@@ -62,7 +62,8 @@ void tidy(BatchReport& report, bool keepsDirectory, const RunEnvironment& enviro
 } // namespace
 
 int concludeRun(BatchReport report, int status, const std::optional<SimulationResult>& result,
-    const RunEnvironment& environment, const RunLog& log) {
+    BatchPicture* picture, const Vec3& rotation, const RunEnvironment& environment,
+    const RunLog& log) {
     bool keepsDirectory = report.options.keepRunDirectory;
     if (result) {
         const bool exported = !report.options.exportFolder || exportFiles(report, *result, log);
@@ -75,6 +76,11 @@ int concludeRun(BatchReport report, int status, const std::optional<SimulationRe
         if (report.options.jsonFile) {
             report.results = ResultFigures::of(*result);
         }
+    }
+    if (picture && status != ExitStatus::cancelled && !report.failure &&
+        !picture->make(report, rotation, result, log)) {
+        status = worsened(status);
+        keepsDirectory = true;
     }
     // The folder of a prepared case or of an earlier run is the user's own.
     if (!report.options.prepareFolder && !report.options.resultsFolder) {

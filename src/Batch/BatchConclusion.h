@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Batch/BatchPicture.h"
 #include "Batch/BatchReport.h"
 #include "Models/RunState.h"
 #include "Solver/Tools/RunEnvironment.h"
@@ -9,10 +10,12 @@
 
 namespace ostrella {
 
-/// What is left to do when a batch run has ended: export, the files that were asked for, and the
+/// What is left to do when a batch run has ended: export, the files that were asked for, the
+/// picture of a run that did not fail (`picture` is null for none; `rotation` in radians), and the
 /// run directory's removal unless it is kept. Returns the exit status, which is `status` unless
 /// something that was asked for could not be written. For a worker thread.
 int concludeRun(BatchReport report, int status, const std::optional<SimulationResult>& result,
-    const RunEnvironment& environment, const RunLog& log);
+    BatchPicture* picture, const Vec3& rotation, const RunEnvironment& environment,
+    const RunLog& log);
 
 } // namespace ostrella

@@ -83,8 +83,40 @@ void checkResults(const BatchOptions& options) {
     }
 }
 
+/// What goes together with --image, and what does with --no-run.
+void checkPicture(const BatchOptions& options) {
+    if (!options.imageFile) {
+        for (const std::string_view name : {"size", "view", "layers", "no-run"}) {
+            if (options.isGiven(name)) {
+                throw UsageError(fmt::format("--{} belongs to --image FILE.png.", name));
+            }
+        }
+        return;
+    }
+    if (options.prepareFolder) {
+        throw UsageError("--prepare stops ahead of the results, so --image has nothing to draw.");
+    }
+    if (!options.noRun) {
+        return;
+    }
+    if (options.resultsFolder) {
+        throw UsageError("--results solves nothing anyway, and --no-run draws a model.");
+    }
+    if (options.demo) {
+        throw UsageError("--demo has no model, so --no-run has nothing to draw.");
+    }
+    for (const std::string_view name :
+        {"export", "write-streamlines", "write-vortex", "keep-run-directory"}) {
+        if (options.isGiven(name)) {
+            throw UsageError(
+                fmt::format("--no-run gives no results, so --{} has nothing to keep.", name));
+        }
+    }
+}
+
 void check(const BatchOptions& options) {
     checkResults(options);
+    checkPicture(options);
     const int bodies = options.model.has_value() + options.sample.has_value() + options.demo;
     if (bodies == 0 && !options.resultsFolder) {
         throw UsageError("Name a model: an STL file, --sample NAME or --demo.");
@@ -159,6 +191,13 @@ std::vector<std::string> optionsWithoutEffect(const BatchOptions& options) {
         }
         if (options.vortexFile) {
             note("write-vortex", "the built-in case is two-dimensional and has no vortex surface");
+        }
+    }
+    if (options.noRun && options.isGiven("layers")) {
+        const PictureOptions::Layers& layers = options.picture.layers;
+        if (layers.cp || layers.streams || layers.vortex) {
+            notes.push_back("Of --layers, cp, streams and vortex have no effect: --no-run gives no "
+                            "results.");
         }
     }
     if (options.resultsFolder && options.keepRunDirectory) {

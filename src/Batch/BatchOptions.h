@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Batch/PictureOptions.h"
 #include "Models/SimulationInputs.h"
 
 #include <filesystem>
@@ -39,6 +40,11 @@ struct BatchOptions {
     /// Files for the streamlines and the vortex surface.
     std::optional<std::filesystem::path> streamlinesFile;
     std::optional<std::filesystem::path> vortexFile;
+    /// File for a picture of the viewport, and how it is taken.
+    std::optional<std::filesystem::path> imageFile;
+    PictureOptions picture;
+    /// Draws the model without solving anything.
+    bool noRun = false;
     /// Folder for a complete case; the solver is not run.
     std::optional<std::filesystem::path> prepareFolder;
     bool keepRunDirectory = false;

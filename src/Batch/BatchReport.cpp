@@ -82,6 +82,27 @@ Json toolsOf(const std::optional<ToolFacts>& tools) {
         {"solverIsStandIn", tools->solverIsStandIn}};
 }
 
+Json imageOf(const BatchReport& report) {
+    if (!report.image) {
+        return {};
+    }
+    const PictureOptions& picture = report.options.picture;
+    Json layers = Json::array();
+    for (const auto& layer : PictureWords::allLayers) {
+        if (picture.layers.*layer.toggle) {
+            layers.push_back(layer.name);
+        }
+    }
+    Json json;
+    json["file"] = report.image->file.string();
+    json["width"] = picture.width;
+    json["height"] = picture.height;
+    json["view"] = rawValue(picture.view);
+    json["layers"] = layers;
+    json["device"] = report.image->device;
+    return json;
+}
+
 Json numbersOf(const std::vector<std::pair<std::string, double>>& values) {
     Json json = Json::object();
     for (const auto& [name, value] : values) {
@@ -122,6 +143,7 @@ std::string toJSON(const BatchReport& report) {
     }
     json["streamlinesFile"] = pathOrNull(report.streamlinesFile);
     json["vortexFile"] = pathOrNull(report.vortexFile);
+    json["image"] = imageOf(report);
     // A path may hold bytes that are no UTF-8.
     return json.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
 }

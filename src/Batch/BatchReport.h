@@ -22,12 +22,19 @@ struct ToolFacts {
     bool solverIsStandIn = false;
 };
 
+/// The picture of a run.
+struct PictureFacts {
+    std::filesystem::path file;
+    /// Back end and name of what drew it.
+    std::string device;
+};
+
 /// Everything that the JSON file of a batch run tells.
 struct BatchReport {
     BatchOptions options;
     /// Of an earlier run: what is known of its inputs, in the place of the options'.
     std::optional<ConfiguredInputs> earlierInputs;
-    /// "finished", "failed", "cancelled" or "prepared".
+    /// "finished", "failed", "cancelled", "prepared" or "loaded".
     std::string phase;
     /// Of a failure: stage ("model" where the model could not be loaded) and text.
     std::optional<std::pair<std::string, std::string>> failure;
@@ -54,6 +61,8 @@ struct BatchReport {
     /// The files with streamlines and vortex surface, if they were written.
     std::optional<std::filesystem::path> streamlinesFile;
     std::optional<std::filesystem::path> vortexFile;
+    /// Absent where none was drawn.
+    std::optional<PictureFacts> image;
 };
 
 /// What every report begins with, by which an earlier one is known.

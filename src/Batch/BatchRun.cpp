@@ -38,6 +38,14 @@ BatchRun::BatchRun(RunEnvironment environment, BatchOptions options, BatchConsol
             environment_.clock->now());
     });
     connect(&progressTimer_, &QTimer::timeout, this, &BatchRun::updateProgress);
+    if (options_.imageFile) {
+        picture_.emplace(environment_.bundle);
+        connect(&app_.parameters, &SimulationParameters::meshChanged, this, [this] {
+            if (options_.noRun && app_.parameters.mesh()) {
+                picture_->prepare(*app_.parameters.mesh());
+            }
+        });
+    }
 }
 
 void BatchRun::start() {
@@ -47,6 +55,9 @@ void BatchRun::start() {
     }
     applyOptions();
     probeTools();
+    if (picture_ && (options_.noRun || options_.resultsFolder)) {
+        picture_->begin();
+    }
     app_.start();
     if (options_.demo || options_.resultsFolder) {
         begin();
@@ -111,6 +122,10 @@ void BatchRun::begin() {
     }
     if (options_.resultsFolder) {
         harvestEarlierRun();
+        return;
+    }
+    if (options_.noRun) {
+        finish(RunPhase::idle(), ExitStatus::finished);
         return;
     }
     app_.notifications.post(
@@ -226,6 +241,9 @@ void BatchRun::finish(const RunPhase& phase, int status) {
     case RunPhase::Kind::cancelled:
         report.phase = "cancelled";
         break;
+    case RunPhase::Kind::idle:
+        report.phase = "loaded";
+        break;
     default:
         report.phase = options_.prepareFolder ? "prepared" : "finished";
         if (options_.prepareFolder) {
@@ -283,16 +301,22 @@ bool BatchRun::isCancelling() const {
 }
 
 void BatchRun::conclude(BatchReport report, int status) {
+    BatchPicture* const picture = picture_ ? &*picture_ : nullptr;
+    if (picture && !options_.noRun && app_.parameters.mesh()) {
+        picture->prepare(*app_.parameters.mesh());
+    }
     Background::run(
         [this, report = std::move(report), status, log = RunLog(app_.logStore), tools = tools_,
-            probe = probe_, result = app_.parameters.lastRunResult()]() mutable {
+            probe = probe_, picture, rotation = app_.parameters.rotationRadians(),
+            result = app_.parameters.lastRunResult()]() mutable {
             int final = ExitStatus::resultsFailed;
             try {
                 probe.wait();
                 if (!report.options.resultsFolder) {
                     report.tools = *tools;
                 }
-                final = concludeRun(std::move(report), status, result, environment_, log);
+                final = concludeRun(
+                    std::move(report), status, result, picture, rotation, environment_, log);
             } catch (const std::exception&) {
                 const std::string reason =
                     HarvestTexts::reason(std::current_exception(), "what the run is to leave");

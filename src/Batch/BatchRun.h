@@ -2,6 +2,7 @@
 
 #include "Batch/BatchConsole.h"
 #include "Batch/BatchOptions.h"
+#include "Batch/BatchPicture.h"
 #include "Batch/BatchReport.h"
 #include "Models/IterationRate.h"
 #include "Models/PreferenceStore.h"
@@ -68,6 +69,8 @@ private:
     CancellationSource ownWork_;
     std::optional<std::int64_t> preparedCells_;
     std::optional<ConfiguredInputs> earlierInputs_;
+    /// Absent where none is wanted.
+    std::optional<BatchPicture> picture_;
 
     /// Written by the probe alone, and read when it has ended.
     std::shared_ptr<ToolFacts> tools_ = std::make_shared<ToolFacts>();

@@ -7,6 +7,7 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <cstdlib>
@@ -65,6 +66,11 @@ bool isSameFolder(const fs::path& one, const fs::path& other) {
     return fs::equivalent(one, other, error) && !error;
 }
 
+/// Every PNG file begins so; ours name their program among what stands ahead of the pixels.
+constexpr std::string_view pngBeginning = "\x89PNG\r\n\x1a\n";
+constexpr std::string_view pngMark{"Software\0Ostrella", 17};
+constexpr std::size_t pngHeadSize = 8192;
+
 /// One of the files that a run can be asked to write.
 struct FileTarget {
     std::string_view option;
@@ -73,19 +79,26 @@ struct FileTarget {
     std::string_view beginning;
     /// What a file of that name is not, if it is no earlier one.
     std::string_view kind;
+    /// What an earlier one holds within `pngHeadSize` bytes besides; may be empty.
+    std::string_view mark;
 };
 
-std::array<FileTarget, 3> fileTargets(const BatchOptions& options) {
-    return {{{"json", options.jsonFile, reportBeginning, "report"},
-        {"write-streamlines", options.streamlinesFile, streamlinesBeginning, "streamlines file"},
-        {"write-vortex", options.vortexFile, vortexBeginning, "vortex file"}}};
+std::array<FileTarget, 4> fileTargets(const BatchOptions& options) {
+    return {{{"json", options.jsonFile, reportBeginning, "report", {}},
+        {"write-streamlines", options.streamlinesFile, streamlinesBeginning, "streamlines file",
+            {}},
+        {"write-vortex", options.vortexFile, vortexBeginning, "vortex file", {}},
+        {"image", options.imageFile, pngBeginning, "picture", pngMark}}};
 }
 
 bool isEarlier(const FileTarget& target) {
     std::ifstream stream(*target.file, std::ios::binary);
-    std::string beginning(target.beginning.size(), '\0');
-    stream.read(beginning.data(), static_cast<std::streamsize>(beginning.size()));
-    return stream.gcount() == 0 || beginning == target.beginning;
+    std::string head(
+        std::max(target.beginning.size(), target.mark.empty() ? 0 : pngHeadSize), '\0');
+    stream.read(head.data(), static_cast<std::streamsize>(head.size()));
+    head.resize(static_cast<std::size_t>(stream.gcount()));
+    return head.empty() ||
+           (head.starts_with(target.beginning) && head.find(target.mark) != head.npos);
 }
 
 std::optional<std::string> fileProblem(const FileTarget& target) {

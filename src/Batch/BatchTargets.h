@@ -21,16 +21,17 @@ inline constexpr std::string_view streamlinesBeginning =
 inline constexpr std::string_view vortexBeginning =
     "ply\nformat ascii 1.0\ncomment surface of Q = ";
 
-/// What is wrong with --results, --prepare, --export, --json or a --write option, as a sentence for
-/// the user; nothing if all is well.
+/// What is wrong with --results, --prepare, --export, --image, --json or a --write option, as a
+/// sentence for the user; nothing if all is well.
 std::optional<std::string> problem(const BatchOptions& options);
 
 /// Where temporary files go: the first of TMPDIR, TMP, TEMP and TEMPDIR that is set, else /tmp.
 /// Throws UsageError if that is no folder.
 std::filesystem::path temporaryDirectory();
 
-/// Writes a text to a file of the user's. What is an ordinary file, or nothing yet, is replaced as
-/// a whole and a link is followed; a device or a pipe just takes the text. Throws FileError.
+/// Writes a text, or any bytes, to a file of the user's. What is an ordinary file, or nothing yet,
+/// is replaced as a whole and a link is followed; a device or a pipe just takes the text. Throws
+/// FileError.
 void writeFile(const std::filesystem::path& file, const std::string& text);
 
 } // namespace BatchTargets

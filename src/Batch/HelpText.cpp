@@ -60,8 +60,8 @@ std::string batchHelp() {
             "  --\n      What follows is the model's name, also if it begins with a dash.\n"
             "\nCtrl-C cancels. The run works in a directory of its own under TMPDIR.\n"
             "\nExit status: 0 finished, 2 wrong usage or a model that cannot be loaded,\n"
-            "3 the mesh failed, 4 the solver failed, 5 the results failed or could not be\n"
-            "written, 130 cancelled.\n";
+            "3 the mesh failed, 4 the solver failed, 5 the results failed or a file could\n"
+            "not be written, 130 cancelled.\n";
     return text;
 }
 

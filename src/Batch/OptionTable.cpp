@@ -144,6 +144,34 @@ std::vector<BatchOption> flowOptions() {
     };
 }
 
+std::vector<BatchOption> pictureOptions() {
+    return {
+        {"image", "FILE.png",
+            "Draw what the viewport shows to a PNG file. Where no display server runs, an Xvfb is "
+            "started for it; where nothing can draw, a line in the log says so and the run ends as "
+            "it would have.",
+            [](const std::string& word, BatchOptions& options) { options.imageFile = word; }},
+        {"size", "WIDTHxHEIGHT",
+            fmt::format("Pixels of the picture, at most {} either way, default 1200x800.",
+                PictureWords::longestSide),
+            [](const std::string& word, BatchOptions& options) {
+                PictureWords::readSize(word, options.picture);
+            }},
+        {"view", "NAME", "Where from: iso, front, side, top. Default iso.",
+            [](const std::string& word, BatchOptions& options) {
+                PictureWords::readView(word, options.picture);
+            }},
+        {"layers", "NAMES",
+            "What is shown: cp, streams, vortex, grid and wireframe, with commas between them, or "
+            "none. Default cp,streams,vortex,grid, as far as there is a result.",
+            [](const std::string& word, BatchOptions& options) {
+                PictureWords::readLayers(word, options.picture);
+            }},
+        {"no-run", "", "Draw the model as it is and solve nothing.",
+            [](const std::string&, BatchOptions& options) { options.noRun = true; }},
+    };
+}
+
 std::vector<BatchOption> outputOptions() {
     return {
         {"export", "DIR", "Copy the result files to a folder; nothing there is overwritten.",
@@ -171,7 +199,8 @@ std::vector<BatchOption> outputOptions() {
 
 std::vector<BatchOptionGroup> batchOptionGroups() {
     return {{"The body", bodyOptions()}, {"An earlier run", earlierRunOptions()},
-        {"The flow", flowOptions()}, {"What is kept", outputOptions()}};
+        {"The flow", flowOptions()}, {"The picture", pictureOptions()},
+        {"What is kept", outputOptions()}};
 }
 
 } // namespace ostrella

@@ -45,7 +45,7 @@ BatchReport collect(const OstrellaApp& app, const BatchOptions& options) {
     }
     if (options.demo) {
         report.referenceArea = 1.0; // Chord 1 m by a span of 1 m.
-    } else if (const auto& mesh = app.parameters.mesh()) {
+    } else if (const auto& mesh = app.parameters.mesh(); mesh && options.jsonFile) {
         report.referenceArea =
             referenceArea(SolverFrame::toSolver(rotated(*mesh, app.parameters.rotationRadians())));
     }

@@ -54,6 +54,8 @@ TEST(BatchOptions, AModelAloneRunsWithTheSidebarsDefaults) {
     EXPECT_FALSE(read.dimensions);
     EXPECT_FALSE(read.streamlinesFile);
     EXPECT_FALSE(read.vortexFile);
+    EXPECT_FALSE(read.imageFile);
+    EXPECT_FALSE(read.noRun);
     EXPECT_THAT(read.given, IsEmpty());
 }
 
@@ -206,6 +208,68 @@ TEST(BatchOptions, APreparationHasNothingToWrite) {
         "--prepare stops ahead of the results, so --write-vortex has nothing to write.");
 }
 
+TEST(BatchOptions, APictureIsOfTheWindowsLayersUnlessOthersAreNamed) {
+    const BatchOptions plain = options({"wing.stl", "--image", "a.png"});
+    EXPECT_EQ(plain.imageFile, "a.png");
+    EXPECT_EQ(plain.picture.width, 1200);
+    EXPECT_EQ(plain.picture.height, 800);
+    EXPECT_EQ(plain.picture.view, ViewPreset::iso);
+    EXPECT_EQ(plain.picture.layers, (PictureOptions::Layers{true, true, true, true, false}));
+    const BatchOptions read = options({"wing.stl", "--image=a.png", "--size", "640x16384",
+        "--view=top", "--layers", "wireframe,cp", "--no-run"});
+    EXPECT_EQ(read.picture.width, 640);
+    EXPECT_EQ(read.picture.height, 16384);
+    EXPECT_EQ(read.picture.view, ViewPreset::top);
+    EXPECT_EQ(read.picture.layers, (PictureOptions::Layers{true, false, false, false, true}));
+    EXPECT_TRUE(read.noRun);
+    const auto layersOf = [](const char* names) {
+        return options({"--demo", "--image", "a.png", "--layers", names}).picture.layers;
+    };
+    EXPECT_EQ(layersOf("none"), (PictureOptions::Layers{false, false, false, false, false}));
+    EXPECT_EQ(
+        layersOf("streams,vortex,grid"), (PictureOptions::Layers{false, true, true, true, false}));
+}
+
+TEST(BatchOptions, ASizeAViewOrALayerThatIsNoneIsNamed) {
+    const auto refused = [](const char* option, const std::string& word) {
+        return refusal({"a.stl", "--image", "a.png", std::string(option) + "=" + word});
+    };
+    for (const char* word :
+        {"1200", "x", "1200x", "x800", "0x800", "1200x0", "-1x5", "+5x5", "1200X800", "1200x800x3",
+            "12.5x5", " 5x5", "5x5 ", "16385x10", "10x16385", "99999999999x1"}) {
+        EXPECT_EQ(refused("--size", word),
+            std::string("--size wants WIDTHxHEIGHT in pixels, each from 1 to 16384, such as "
+                        "1200x800, not \"") +
+                word + "\".");
+    }
+    EXPECT_EQ(
+        refused("--view", "back"), "--view wants one of iso, front, side, top, not \"back\".");
+    for (const char* word : {"Cp", "cp,", ",cp", "cp,,grid", "cp;grid", "none,cp", "cp, grid"}) {
+        EXPECT_EQ(refused("--layers", word),
+            std::string("--layers wants names of cp, streams, vortex, grid, wireframe with commas "
+                        "between them, or none, not \"") +
+                word + "\".");
+    }
+    EXPECT_EQ(refusal({"a.stl", "--image"}), "--image wants a value: --image FILE.png.");
+}
+
+TEST(BatchOptions, WhatAPictureGoesWithoutIsTold) {
+    EXPECT_EQ(refusal({"a.stl", "--size", "5x5"}), "--size belongs to --image FILE.png.");
+    EXPECT_EQ(refusal({"a.stl", "--view", "top"}), "--view belongs to --image FILE.png.");
+    EXPECT_EQ(refusal({"a.stl", "--layers", "cp"}), "--layers belongs to --image FILE.png.");
+    EXPECT_EQ(refusal({"a.stl", "--no-run"}), "--no-run belongs to --image FILE.png.");
+    EXPECT_EQ(refusal({"a.stl", "--prepare", "case", "--image", "a.png"}),
+        "--prepare stops ahead of the results, so --image has nothing to draw.");
+    EXPECT_EQ(refusal({"--results", "run", "--image", "a.png", "--no-run"}),
+        "--results solves nothing anyway, and --no-run draws a model.");
+    EXPECT_EQ(refusal({"--demo", "--image", "a.png", "--no-run"}),
+        "--demo has no model, so --no-run has nothing to draw.");
+    EXPECT_EQ(refusal({"a.stl", "--image", "a.png", "--no-run", "--export", "out"}),
+        "--no-run gives no results, so --export has nothing to keep.");
+    EXPECT_EQ(refusal({"a.stl", "--image", "a.png", "--no-run", "--write-vortex", "v.ply"}),
+        "--no-run gives no results, so --write-vortex has nothing to keep.");
+}
+
 TEST(BatchOptions, BehindTwoDashesEverythingIsAModel) {
     EXPECT_EQ(options({"--quiet", "--", "--odd.stl"}).model, "--odd.stl");
     EXPECT_EQ(options({"--", "--help"}).model, "--help");
@@ -246,6 +310,12 @@ TEST(BatchOptions, ValuesThatTheRunWillNotLookAtAreTold) {
     EXPECT_THAT(optionsWithoutEffect(options({"--sample", "sphere", "--write-vortex", "v.ply",
                     "--write-streamlines", "s.vtk"})),
         IsEmpty());
+    EXPECT_THAT(optionsWithoutEffect(
+                    options({"a.stl", "--image", "a.png", "--no-run", "--layers", "cp,grid"})),
+        ElementsAre("Of --layers, cp, streams and vortex have no effect: --no-run gives no "
+                    "results."));
+    EXPECT_THAT(
+        optionsWithoutEffect(options({"a.stl", "--image", "a.png", "--no-run"})), IsEmpty());
     EXPECT_THAT(optionsWithoutEffect(options({"--results", "run", "--keep-run-directory"})),
         ElementsAre("--keep-run-directory has no effect: --results makes none, and leaves its "
                     "folder as it is."));

@@ -166,6 +166,7 @@ TEST(BatchReport, EveryKeyIsExplained) {
     figures.vortex = ResultFigures::Vortex{};
     figures.harvest.yPlus = ScalarFieldStats{};
     report.results = figures;
+    report.image = {"wing.png", "OpenGL"};
     const std::string pages = test::readFile(OSTRELLA_SOURCE_DIR "/docs/report.md");
     const auto keys = keysOf(written(report));
     EXPECT_GT(keys.size(), 40U);
@@ -197,12 +198,25 @@ TEST(BatchReport, WhatIsNotKnownIsNull) {
     EXPECT_EQ(json["failure"]["message"], "gmsh is missing.");
     for (const char* key : {"stopReason", "converged", "iterations", "cells", "cl", "cd",
              "referenceArea_m2", "openEdges", "surfaceIsOpen", "results", "tools", "runDirectory",
-             "streamlinesFile", "vortexFile"}) {
+             "streamlinesFile", "vortexFile", "image"}) {
         ASSERT_TRUE(json.contains(key)) << key;
         EXPECT_EQ(json[key], nullptr) << key;
     }
     EXPECT_EQ(json["coefficients"], Json::object());
     EXPECT_EQ(json["exported"], Json::array());
+}
+
+TEST(BatchReport, APictureTellsHowItWasTaken) {
+    BatchReport report = finishedReport();
+    report.options.picture = {640, 480, ViewPreset::side, {true, false, false, false, true}};
+    report.image = {"/out/wing.png", "OpenGL · llvmpipe"};
+    const Json image = written(report)["image"];
+    EXPECT_EQ(image["file"], "/out/wing.png");
+    EXPECT_EQ(image["width"], 640);
+    EXPECT_EQ(image["height"], 480);
+    EXPECT_EQ(image["view"], "side");
+    EXPECT_EQ(image["layers"], (Json{"cp", "wireframe"}));
+    EXPECT_EQ(image["device"], "OpenGL · llvmpipe");
 }
 
 TEST(BatchReport, TheIterationCapHasItsCount) {

@@ -125,6 +125,31 @@ TEST_F(BatchTargetsTest, AFileOfResultsReplacesAnEarlierOneOfItsKindButNoOther) 
     EXPECT_THAT(problemOfLines("."), Optional(HasSubstr("--write-streamlines wants a file: ")));
 }
 
+TEST_F(BatchTargetsTest, APictureReplacesOnlyAnEarlierOne) {
+    const std::string png("\x89PNG\r\n\x1a\n");
+    const std::string mark("tEXtSoftware\0Ostrella", 21);
+    test::writeFile(place_ / "ours.png", png + std::string(600, 'i') + mark);
+    test::writeFile(place_ / "photo.png", png + std::string(600, 'i') + "tEXtSoftware");
+    test::writeFile(place_ / "letter.png", "Dear Ostrella" + mark);
+    test::writeFile(place_ / "empty.png", "");
+    const auto problemOfImage = [this](const char* name) {
+        options_ = {};
+        options_.imageFile = place_ / name;
+        return BatchTargets::problem(options_);
+    };
+    EXPECT_EQ(problemOfImage("ours.png"), std::nullopt);
+    EXPECT_EQ(problemOfImage("empty.png"), std::nullopt);
+    EXPECT_EQ(problemOfImage("new.png"), std::nullopt);
+    for (const char* other : {"photo.png", "letter.png"}) {
+        EXPECT_THAT(problemOfImage(other),
+            Optional("--image " + (place_ / other).string() +
+                     ": the file is there already and is no picture of an earlier run. Name "
+                     "another file."));
+    }
+    EXPECT_THAT(problemOfImage("none/wing.png"), Optional(HasSubstr("there is no folder")));
+    EXPECT_THAT(problemOfImage("."), Optional(HasSubstr("--image wants a file: ")));
+}
+
 TEST_F(BatchTargetsTest, TwoFilesOfOneNameAreRefused) {
     options_.jsonFile = place_ / "out";
     options_.vortexFile = place_ / "." / "out";

@@ -1,0 +1,36 @@
+#pragma once
+
+#include "Platform/ChildProcess.h"
+#include "Platform/FileDescriptor.h"
+
+#include <memory>
+#include <string>
+
+namespace ostrella {
+
+/// An X server of one's own that shows nothing, for drawing where nobody looks: Xvfb, found on the
+/// search path. It ends with this object, and leaves no file behind.
+class VirtualDisplay {
+public:
+    /// Starts one; nothing where there is no such program, or it does not come up.
+    static std::unique_ptr<VirtualDisplay> start();
+    /// Whoever draws there must have let go of it.
+    ~VirtualDisplay();
+    VirtualDisplay(const VirtualDisplay&) = delete;
+    VirtualDisplay& operator=(const VirtualDisplay&) = delete;
+
+    /// As the environment names displays, such as ":99".
+    const std::string& name() const { return name_; }
+
+    /// True where the environment names an X server that takes a connection.
+    static bool anotherAnswers();
+
+private:
+    VirtualDisplay() = default;
+
+    ChildProcess server_;
+    FileDescriptor output_; ///< where the server complains, to nobody
+    std::string name_;
+};
+
+} // namespace ostrella

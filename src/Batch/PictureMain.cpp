@@ -119,6 +119,9 @@ int serve(int socket, int argc, char** argv) {
     std::unique_ptr<OffscreenDevice> device;
     try {
         display = findDisplay(socket);
+        // Where the session has no folder for sockets, Qt would make one among the temporary files
+        // and leave it there.
+        qputenv("TMPDIR", "/dev/null/none");
         application = std::make_unique<QGuiApplication>(argc, argv);
         device = OffscreenDevice::create();
         if (!device) {

@@ -22,7 +22,8 @@ public:
     /// As the environment names displays, such as ":99".
     const std::string& name() const { return name_; }
 
-    /// True where the environment names an X server that takes a connection.
+    /// True where the environment names an X server that takes a connection, which is held until
+    /// the next call or the end of the process: some servers end with their last client.
     static bool anotherAnswers();
 
 private:

@@ -116,14 +116,20 @@ bool VirtualDisplay::anotherAnswers() {
         reinterpret_cast<int (*)(Connection*)>(dlsym(library, "xcb_connection_has_error"));
     const auto disconnect =
         reinterpret_cast<void (*)(Connection*)>(dlsym(library, "xcb_disconnect"));
-    bool answers = false;
-    if (connect && hasError && disconnect) {
-        Connection* const connection = connect(nullptr, nullptr);
-        answers = hasError(connection) == 0;
-        disconnect(connection);
+    if (!connect || !hasError || !disconnect) {
+        return false;
     }
-    dlclose(library);
-    return answers;
+    Connection* const connection = connect(nullptr, nullptr);
+    if (hasError(connection) != 0) {
+        disconnect(connection);
+        return false;
+    }
+    static Connection* held = nullptr;
+    if (held) {
+        disconnect(held);
+    }
+    held = connection;
+    return true;
 }
 
 } // namespace ostrella

@@ -14,6 +14,8 @@ Package::Package(const std::string& name) : root_(directory_.path() / name) {
     fs::create_directories(root_ / "libexec" / "ostrella");
     fs::create_directories(resources() / "su2");
     fs::copy_file(stage / "bin" / "ostrella-batch", program());
+    fs::create_symlink(
+        stage / "libexec" / "ostrella" / "ostrella-picture", tool("ostrella-picture"));
     const fs::path staged = stage / "share" / "ostrella";
     fs::copy(staged / "samples", resources() / "samples", fs::copy_options::recursive);
     fs::copy(staged / "su2" / "templates", resources() / "su2" / "templates",

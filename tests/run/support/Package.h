@@ -7,11 +7,11 @@
 
 namespace ostrella::test {
 
-/// An application's package of a test's own: the real ostrella-batch and resources, and whatever
-/// tools the test puts beside them. Readable by every user.
+/// An application's package of a test's own: the real ostrella-batch, what draws for it and the
+/// resources, and whatever other tools the test puts beside them. Readable by every user.
 class Package {
 public:
-    /// `name` is the folder's; the tools directory is empty at first.
+    /// `name` is the folder's; the tools directory has no mesher and no solver at first.
     explicit Package(const std::string& name = "package");
 
     const std::filesystem::path& root() const { return root_; }

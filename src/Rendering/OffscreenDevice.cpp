@@ -8,8 +8,6 @@
 #include <QSurfaceFormat>
 #if QT_CONFIG(vulkan)
 #include <QVulkanInstance>
-#else
-class QVulkanInstance {};
 #endif
 
 namespace ostrella {
@@ -24,14 +22,28 @@ bool platformHasDevices() {
            platform != QStringLiteral("vnc") && platform != QStringLiteral("linuxfb");
 }
 
+#if QT_CONFIG(vulkan)
+/// The one Vulkan instance of all devices, null where there is none. The interface remembers the
+/// last one of the process in places that outlive the device it was given for, so it stays as long
+/// as the application.
+QVulkanInstance* sharedVulkanInstance() {
+    static std::unique_ptr<QVulkanInstance> instance;
+    if (!instance) {
+        auto made = std::make_unique<QVulkanInstance>();
+        made->setExtensions(QRhiVulkanInitParams::preferredInstanceExtensions());
+        if (!made->create())
+            return nullptr;
+        instance = std::move(made);
+        qAddPostRoutine([] { instance.reset(); });
+    }
+    return instance.get();
+}
+#endif
+
 } // namespace
 
 OffscreenDevice::OffscreenDevice() = default;
-
-// The QRhi lets go of what it took from the surface or the instance.
-OffscreenDevice::~OffscreenDevice() {
-    rhi_.reset();
-}
+OffscreenDevice::~OffscreenDevice() = default;
 
 std::vector<OffscreenDevice::Backend> OffscreenDevice::candidates() {
 #if defined(Q_OS_MACOS)
@@ -71,12 +83,10 @@ std::unique_ptr<OffscreenDevice> OffscreenDevice::create(Backend backend) {
     }
     case Backend::vulkan: {
 #if QT_CONFIG(vulkan)
-        device->instance_ = std::make_unique<QVulkanInstance>();
-        device->instance_->setExtensions(QRhiVulkanInitParams::preferredInstanceExtensions());
-        if (!device->instance_->create())
-            return nullptr;
         QRhiVulkanInitParams params;
-        params.inst = device->instance_.get();
+        params.inst = sharedVulkanInstance();
+        if (params.inst == nullptr)
+            return nullptr;
         device->rhi_.reset(QRhi::create(QRhi::Vulkan, &params));
 #endif
         break;

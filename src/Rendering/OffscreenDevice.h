@@ -8,7 +8,6 @@
 #include <vector>
 
 class QOffscreenSurface;
-class QVulkanInstance;
 
 namespace ostrella {
 
@@ -38,7 +37,6 @@ private:
     OffscreenDevice();
 
     std::unique_ptr<QOffscreenSurface> surface_;
-    std::unique_ptr<QVulkanInstance> instance_;
     std::unique_ptr<QRhi> rhi_;
 };
 

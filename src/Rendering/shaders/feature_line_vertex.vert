@@ -11,7 +11,7 @@ layout(std430, binding = 0) readonly buffer Points {
 }
 line;
 
-layout(location = 0) out noperspective float across;
+layout(location = 0) out float acrossW; // from the middle of the line, pixels, times w
 layout(location = 1) out flat float halfWidth;
 
 void main() {
@@ -22,7 +22,7 @@ void main() {
     vec4 clipA = pulledForward(toView * vec4(line.point[first].xyz, 1.0), scale);
     vec4 clipB = pulledForward(toView * vec4(line.point[first + 1].xyz, 1.0), scale);
     vec2 part = visiblePart(clipA.w, clipB.w);
-    across = 0.0;
+    acrossW = 0.0;
     halfWidth = 0.5 * device.target.z;
     if (part.x >= part.y) {
         gl_Position = nowhere;
@@ -31,7 +31,8 @@ void main() {
     vec4 start = mix(clipA, clipB, part.x);
     vec4 end = mix(clipA, clipB, part.y);
     vec2 along = directionOf(pixelOf(start), pixelOf(end));
-    across = (halfWidth + lineMargin) * ((corner & 1) == 0 ? 1.0 : -1.0);
+    float across = (halfWidth + lineMargin) * ((corner & 1) == 0 ? 1.0 : -1.0);
     vec4 clip = (corner & 2) != 0 ? end : start;
+    acrossW = across * clip.w;
     gl_Position = movedByPixels(clip, across * vec2(-along.y, along.x));
 }

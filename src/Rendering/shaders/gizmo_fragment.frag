@@ -1,5 +1,5 @@
 #version 430
-layout(location = 0) in noperspective vec2 place;
+layout(location = 0) in vec2 place;
 layout(location = 1) in flat vec4 lineColor;
 layout(location = 2) in flat vec3 shape;
 

@@ -16,7 +16,7 @@ layout(std140, binding = 1) uniform GizmoUniforms {
 }
 bounds;
 
-layout(location = 0) out noperspective vec2 place; // along from the first end and across, pixels
+layout(location = 0) out vec2 place; // along from the first end and across, pixels
 layout(location = 1) out flat vec4 lineColor;
 layout(location = 2) out flat vec3 shape; // length, half width, feather, pixels
 

@@ -1,6 +1,10 @@
 // Lines with a width on the screen. Each is a quad of four vertices: bit 0 of the corner tells the
 // side, bit 1 the end.
 
+// Distances on the screen grow evenly there, not in space. Vertices hand them over times their w, and
+// fragments take that back: what is between comes out the same, also where a quad is clipped, which
+// not all drivers do right for values that they are told to vary evenly.
+
 // How far outside of its outline a soft edge may reach, in pixels.
 const float lineMargin = 1.0;
 

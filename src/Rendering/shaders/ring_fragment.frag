@@ -4,7 +4,7 @@
 #include "ring.glsl"
 
 layout(location = 0) in vec3 worldPosition;
-layout(location = 1) in noperspective float across;
+layout(location = 1) in float acrossW;
 
 layout(location = 0) out vec4 color;
 
@@ -14,5 +14,5 @@ void main() {
     float passage = ring.behind.y;
     float front = smoothstep(-passage, passage, dot(outward, toEye));
     float alpha = ring.color.a * mix(ring.behind.x, 1.0, front);
-    color = vec4(ring.color.rgb, alpha * lineCoverage(across, ring.view.z));
+    color = vec4(ring.color.rgb, alpha * lineCoverage(acrossW * gl_FragCoord.w, ring.view.z));
 }

@@ -10,7 +10,7 @@ layout(std430, binding = 0) readonly buffer Points {
 circle;
 
 layout(location = 0) out vec3 worldPosition;
-layout(location = 1) out noperspective float across; // from the middle of the band, pixels
+layout(location = 1) out float acrossW; // from the middle of the band, pixels, times w
 
 vec4 clipOf(int number) {
     int count = int(ring.centre.w);
@@ -30,7 +30,7 @@ void main() {
     vec4 here = clipOf(number);
     vec4 after = clipOf(number + 1);
     worldPosition = (u.modelMatrix * vec4(circle.point[number].xyz, 1.0)).xyz;
-    across = 0.0;
+    acrossW = 0.0;
     gl_Position = here;
     if (here.w <= 0.0 || before.w <= 0.0 || after.w <= 0.0)
         return; // behind the eye, where there is no width
@@ -41,7 +41,8 @@ void main() {
     vec2 along = length(sum) > 1e-3 ? normalize(sum) : arriving;
     // On the line that halves the angle of the bend, a corner of the band lies farther out.
     float farther = 1.0 / max(dot(along, arriving), 0.5);
-    across = (ring.view.z + lineMargin) * ((gl_VertexIndex & 1) == 0 ? 1.0 : -1.0);
+    float across = (ring.view.z + lineMargin) * ((gl_VertexIndex & 1) == 0 ? 1.0 : -1.0);
+    acrossW = across * here.w;
     vec2 pixels = vec2(-along.y, along.x) * across * farther;
     gl_Position.xy += pixels / (0.5 * ring.view.xy) * here.w;
 }

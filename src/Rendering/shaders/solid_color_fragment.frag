@@ -3,11 +3,12 @@
 #include "lines.glsl"
 #include "prerun.glsl"
 
-layout(location = 0) in noperspective float across;
+layout(location = 0) in float acrossW;
 layout(location = 1) in flat float halfWidth;
 
 layout(location = 0) out vec4 color;
 
 void main() {
-    color = vec4(preRun.color.rgb, preRun.color.a * lineCoverage(across, halfWidth));
+    float coverage = lineCoverage(acrossW * gl_FragCoord.w, halfWidth);
+    color = vec4(preRun.color.rgb, preRun.color.a * coverage);
 }

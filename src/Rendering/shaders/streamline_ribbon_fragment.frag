@@ -4,7 +4,7 @@
 #include "lines.glsl"
 #include "ribbon.glsl"
 
-layout(location = 0) in noperspective vec2 place;
+layout(location = 0) in vec2 placeW;
 layout(location = 1) in flat vec4 cuts;
 layout(location = 2) in flat vec4 ends;
 layout(location = 3) in flat vec4 segment;
@@ -23,6 +23,7 @@ float pulseAt(float arcLength, float linePhase) {
 }
 
 void main() {
+    vec2 place = placeW * gl_FragCoord.w;
     float len = segment.x;
     int joints = int(segment.w);
     // Beyond a joint the neighbour draws.
@@ -51,6 +52,6 @@ void main() {
     // The scale's slow end would vanish on the background.
     float slow = 1.0 - smoothstep(0.0, 0.3, speed);
     base = mix(base, ribbon.floorColor.rgb, slow * ribbon.floorColor.a);
-    base = mix(base, vec3(1.0), 0.13 * pulse);
+    base = mix(base, vec3(1.0), 0.2 * pulse);
     color = vec4(base * sinking, coverage * strength * endFade * ribbon.depth.w);
 }

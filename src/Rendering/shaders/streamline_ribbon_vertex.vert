@@ -16,7 +16,7 @@ layout(std430, binding = 4) readonly buffer Indices {
 bands;
 
 // All but the place within the segment is the same for its four corners.
-layout(location = 0) out noperspective vec2 place; // along from the first point and across, pixels
+layout(location = 0) out vec2 placeW; // along from the first point and across, pixels, times w
 layout(location = 1) out flat vec4 cuts;           // directions of the line at both joints
 layout(location = 2) out flat vec4 ends;           // arc length (m) and normalised speed at both ends
 layout(location = 3) out flat vec4 segment;        // length (pixels), whole length (m), phase, joints
@@ -49,7 +49,7 @@ void main() {
     vec4 clipB = pulledForward(viewB, scale);
     vec2 part = visiblePart(clipA.w, clipB.w);
 
-    place = vec2(0.0);
+    placeW = vec2(0.0);
     cuts = vec4(0.0);
     segment = vec4(0.0);
     distances = vec2(length(viewA.xyz), length(viewB.xyz));
@@ -90,8 +90,8 @@ void main() {
     bool last = (corner & 2) != 0;
     float reach = ribbon.view.z + lineMargin;
     vec2 offset = vec2(last ? reach : -reach, (corner & 1) == 0 ? reach : -reach);
-    place = offset + vec2(last ? len : 0.0, 0.0);
     vec4 clip = last ? end : start;
+    placeW = (offset + vec2(last ? len : 0.0, 0.0)) * clip.w;
     vec2 pixels = offset.x * along + offset.y * vec2(-along.y, along.x);
     gl_Position = vec4(clip.xy + pixels / (0.5 * ribbon.view.xy) * clip.w, clip.zw);
 }

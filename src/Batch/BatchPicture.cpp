@@ -40,7 +40,8 @@ BatchPicture::BatchPicture(const AppBundle& bundle)
 
 void BatchPicture::prepare(const TriangleMesh& mesh) {
     model_ = std::make_shared<PreparedModel>();
-    preparation_ = Background::run([mesh, model = model_] { *model = PreparedModel::of(mesh); },
+    preparation_ = Background::run(
+        [mesh, model = model_] { *model = PreparedModel::of(mesh, PreparedModel::Picking::walk); },
         Background::Priority::userInitiated);
 }
 

@@ -34,6 +34,8 @@ int main(int argc, char** argv) {
     }
     const bool isVulkan = golden.name == QStringLiteral("vulkan");
     golden.backend = isVulkan ? OffscreenDevice::Backend::vulkan : OffscreenDevice::Backend::openGL;
+    if (golden.name == QStringLiteral("metal"))
+        golden.backend = OffscreenDevice::Backend::metal;
     golden.other = isVulkan ? QStringLiteral("opengl") : QStringLiteral("vulkan");
     golden.device = OffscreenDevice::create(golden.backend);
     if (!golden.device) {

@@ -12,14 +12,14 @@ layout(location = 0) out vec4 color;
 
 // Smoked glass: a dark fill, a little cooler where it looks up, held together by its rim.
 void main() {
-    vec3 normal = shadingNormal(viewPosition, viewNormal, device.target.w);
     vec3 toEye = normalize(-viewPosition);
+    vec3 normal = shadingNormal(viewPosition, viewNormal, toEye, device.target.w);
     vec3 light = u.lightDirection.xyz;
-    float up = max(dot(normal, mat3(u.viewMatrix) * vec3(0.0, 1.0, 0.0)), 0.0);
+    float up = max(dot(normal, u.viewMatrix[1].xyz), 0.0);
     float facing = max(dot(normal, light), 0.0);
     vec3 fill = preRun.color.rgb * (preRun.params.x + preRun.params.y * facing * facing);
     fill += vec3(0.004, 0.016, 0.034) * up;
-    float rim = rimOf(normal, viewPosition, preRun.params.z) * preRun.rimColor.a;
+    float rim = rimOf(normal, toEye, preRun.params.z) * preRun.rimColor.a;
     float glint = 0.06 * pow(max(dot(normal, normalize(light + toEye)), 0.0), 36.0);
     color = vec4(mix(fill, preRun.rimColor.rgb, rim) + glint, mix(preRun.color.a, 1.0, rim));
 }

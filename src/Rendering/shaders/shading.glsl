@@ -2,10 +2,9 @@
 
 // The interpolated normal on the side that is drawn. The face tells which that is: at outlines the
 // normal itself may already look away, and facets may be wound either way.
-vec3 shadingNormal(vec3 position, vec3 interpolated, float asLines) {
-    vec3 toEye = normalize(-position);
-    float len = length(interpolated);
-    vec3 normal = len > 1e-6 ? interpolated / len : toEye;
+vec3 shadingNormal(vec3 position, vec3 interpolated, vec3 toEye, float asLines) {
+    float squared = dot(interpolated, interpolated);
+    vec3 normal = squared > 1e-12 ? interpolated * inversesqrt(squared) : toEye;
     // Lines have no face, and faces seen edge on are too thin to have a side.
     vec3 face = cross(dFdx(position), dFdy(position));
     if (asLines > 0.5 || !(dot(face, face) > 0.0))
@@ -30,6 +29,6 @@ float softDiffuse(vec3 normal, vec3 light) {
 }
 
 // 0 face on, 1 where the surface turns away from the viewer.
-float rimOf(vec3 normal, vec3 position, float exponent) {
-    return pow(1.0 - clamp(dot(normal, normalize(-position)), 0.0, 1.0), exponent);
+float rimOf(vec3 normal, vec3 toEye, float exponent) {
+    return pow(1.0 - clamp(dot(normal, toEye), 0.0, 1.0), exponent);
 }

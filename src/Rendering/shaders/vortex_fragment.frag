@@ -22,7 +22,7 @@ void main() {
     vec3 normal = len > 1e-6 ? viewNormal / len : toEye;
     if (dot(normal, toEye) < 0.0)
         normal = -normal;
-    float rim = rimOf(normal, viewPosition, vortex.params.z);
+    float rim = rimOf(normal, toEye, vortex.params.z);
     float light = vortex.params.x + vortex.params.y * softDiffuse(normal, u.lightDirection.xyz);
     float alpha = mix(vortex.tint.a, vortex.rimColor.a, rim);
     vec3 lit = mix(vortex.tint.rgb * light, vortex.rimColor.rgb, rim);

@@ -5,6 +5,7 @@
 #include "Solver/Flow/StreamlineRibbons.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstdint>
 #include <span>
 #include <vector>
@@ -13,13 +14,16 @@ namespace ostrella {
 
 namespace {
 
-/// Positions and scalars, four floats a point.
+/// Positions and scalars, four floats a point. What is no number stays none: it has a colour of its
+/// own, since any of the scale's would claim a value.
 std::vector<Vec4> scalarPoints(const SurfaceField& field, Vec2 range) {
     std::vector<Vec4> points;
     points.reserve(field.positions.size());
-    for (std::size_t i = 0; i < field.positions.size(); ++i)
-        points.emplace_back(
-            field.positions[i], FiniteContents::withinReach(field.scalar[i], range));
+    for (std::size_t i = 0; i < field.positions.size(); ++i) {
+        const float value = field.scalar[i];
+        points.emplace_back(field.positions[i],
+            std::isnan(value) ? value : FiniteContents::withinReach(value, range));
+    }
     return points;
 }
 

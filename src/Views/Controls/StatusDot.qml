@@ -1,12 +1,14 @@
 import QtQuick
 import Ostrella.Controls
 
-// A filled circle that says how something stands.
+// A filled circle that says how something stands. The words beside it say the same, so it has no
+// name of its own.
 Rectangle {
-    property int size: 8
+    property real size: 8
 
     implicitWidth: size
     implicitHeight: size
     radius: size / 2
-    color: Theme.accentPrimary
+    color: Theme.textTertiary
+    Accessible.ignored: true
 }

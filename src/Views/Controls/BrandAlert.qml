@@ -1,0 +1,86 @@
+import QtQuick
+import QtQuick.Templates as T
+import Ostrella.Controls
+
+// A message that waits for an answer.
+T.Dialog {
+    id: alert
+
+    property string text: ""
+    property string buttonText: "OK"
+
+    parent: T.Overlay.overlay
+    anchors.centerIn: parent
+    modal: true
+    focus: true
+    padding: 16
+    width: Math.min(Theme.length(360), (parent?.width ?? 360) - 32)
+    implicitHeight: contentItem.implicitHeight + topPadding + bottomPadding
+    closePolicy: T.Popup.CloseOnEscape
+
+    onOpened: button.forceActiveFocus(Qt.PopupFocusReason)
+
+    contentItem: Column {
+        spacing: 0
+        Accessible.role: Accessible.AlertMessage
+        Accessible.name: alert.title
+        Accessible.description: alert.text
+
+        Text {
+            width: parent.width
+            text: alert.title
+            font: Theme.bodyMedium
+            color: Theme.textPrimary
+            wrapMode: Text.Wrap
+            textFormat: Text.PlainText
+        }
+        Item {
+            visible: message.text !== ""
+            width: 1
+            height: 6
+        }
+        Text {
+            id: message
+            visible: text !== ""
+            width: parent.width
+            text: alert.text
+            font: Theme.body
+            color: Theme.textSecondary
+            wrapMode: Text.Wrap
+            lineHeight: Theme.length(18)
+            lineHeightMode: Text.FixedHeight
+            textFormat: Text.PlainText
+        }
+        Item {
+            width: 1
+            height: 16
+        }
+        BrandButton {
+            id: button
+            anchors.right: parent.right
+            text: alert.buttonText
+            kind: "primary"
+            Keys.onReturnPressed: alert.accept()
+            Keys.onEnterPressed: alert.accept()
+            onClicked: alert.accept()
+        }
+    }
+
+    background: Rectangle {
+        radius: Theme.cardRadius
+        color: Theme.surfaceRaised
+        border.width: Theme.hairline(Screen.devicePixelRatio)
+        border.pixelAligned: false
+        border.color: Theme.over(color, Theme.borderSubtle)
+
+        CardShadow {
+            anchors.fill: parent
+            radius: parent.radius
+            z: -1
+        }
+    }
+
+    T.Overlay.modal: Rectangle {
+        color: Theme.floatingShadow
+    }
+}

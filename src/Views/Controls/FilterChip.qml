@@ -1,0 +1,53 @@
+import QtQuick
+import QtQuick.Templates as T
+import Ostrella.Controls
+
+// A small rounded label that is chosen or not. What it does is up to its user.
+T.Button {
+    id: control
+
+    property bool selected: false
+    property string help: ""
+
+    hoverEnabled: true
+    font: Theme.caption
+    leftPadding: 8
+    rightPadding: 8
+    implicitHeight: Theme.chipHeight
+    implicitWidth: Math.ceil(implicitContentWidth) + leftPadding + rightPadding
+    Accessible.role: Accessible.RadioButton
+    Accessible.checkable: true
+    Accessible.checked: selected
+    Accessible.description: help
+
+    contentItem: Text {
+        text: control.text
+        font: control.font
+        color: !control.enabled ? Theme.textDisabled
+            : control.selected ? Theme.accentPrimary
+            : control.hovered || control.down ? Theme.textPrimary : Theme.textTertiary
+        horizontalAlignment: Text.AlignHCenter
+        verticalAlignment: Text.AlignVCenter
+        textFormat: Text.PlainText
+    }
+
+    background: Rectangle {
+        radius: height / 2
+        color: !control.enabled ? "transparent"
+            : control.selected ? Theme.accentSubtle
+            : control.down ? Theme.washPressed
+            : control.hovered ? Theme.washHover : "transparent"
+        border.width: control.selected && !control.visualFocus ? 0 : 1
+        border.color: control.visualFocus ? Theme.accentPrimary : Theme.over(color, Theme.borderSubtle)
+
+        FocusRing {
+            visible: control.visualFocus
+            frameRadius: parent.radius
+        }
+    }
+
+    Help {
+        control: control
+        text: control.help
+    }
+}

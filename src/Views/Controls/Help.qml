@@ -1,0 +1,19 @@
+import QtQuick
+import QtQuick.Templates as T
+import Ostrella.Controls
+
+// Brings up a control's help while the pointer rests on it. Nothing is made before that.
+Loader {
+    id: help
+
+    property T.Control control: null
+    property string text: ""
+
+    active: control !== null && control.hovered && text !== ""
+    sourceComponent: BrandToolTip {
+        parent: help.control
+        text: help.text
+        delay: Theme.helpDelay
+        visible: help.control.hovered && !(help.control.down ?? false)
+    }
+}

@@ -1,0 +1,68 @@
+import QtQuick
+import QtQuick.Templates as T
+import Ostrella.Controls
+
+// An item of the toolbar: a symbol over a small label. While checked it lies on the accent.
+T.Button {
+    id: control
+
+    property string symbol: ""
+    property string help: ""
+    // Whether being checked is shown in the accent: not for what is no layer of the scene.
+    property bool marksChecked: true
+    readonly property bool on: checkable && checked && marksChecked
+
+    hoverEnabled: true
+    font: Theme.label
+    leftPadding: 10
+    rightPadding: 10
+    implicitHeight: Theme.itemHeight
+    implicitWidth: Math.max(Theme.length(52), Math.ceil(implicitContentWidth) + leftPadding + rightPadding)
+    Accessible.description: help
+
+    contentItem: Item {
+        implicitWidth: label.implicitWidth
+        implicitHeight: control.implicitHeight
+
+        Symbol {
+            anchors.horizontalCenter: parent.horizontalCenter
+            y: Math.round((parent.height - size - label.height) / 2) - 1
+            name: control.symbol
+            size: Theme.length(18)
+            color: !control.enabled ? Theme.textDisabled
+                : control.on ? Theme.accentPrimary
+                : control.hovered || control.down ? Theme.textPrimary : Theme.textSecondary
+        }
+        Text {
+            id: label
+            anchors.horizontalCenter: parent.horizontalCenter
+            y: Math.round((parent.height + Theme.length(18) - height) / 2) + 1
+            text: control.text
+            font: control.font
+            color: !control.enabled ? Theme.textDisabled
+                : control.on || control.hovered || control.down ? Theme.textPrimary
+                : Theme.textSecondary
+            textFormat: Text.PlainText
+        }
+    }
+
+    background: Rectangle {
+        radius: Theme.itemRadius
+        color: !control.enabled ? "transparent"
+            : control.on ? Theme.accentSubtle
+            : control.down ? Theme.washPressed
+            : control.hovered ? Theme.washHover : "transparent"
+        border.width: control.visualFocus ? 1 : 0
+        border.color: Theme.accentPrimary
+
+        FocusRing {
+            visible: control.visualFocus
+            frameRadius: parent.radius
+        }
+    }
+
+    Help {
+        control: control
+        text: control.help
+    }
+}

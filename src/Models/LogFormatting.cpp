@@ -1,5 +1,7 @@
 #include "Models/LogFormatting.h"
 
+#include "Models/NumberFormatting.h"
+
 #include <fmt/format.h>
 
 #include <ctime>
@@ -31,6 +33,11 @@ std::string time(Date date) {
 
 std::string line(const LogStore::Line& line) {
     return fmt::format("{} {} {}", time(line.date), tag(line.level), line.text);
+}
+
+std::string headerText(std::int64_t lineCount, bool following) {
+    return fmt::format("{} {}{}", NumberFormatting::grouped(lineCount),
+        lineCount == 1 ? "line" : "lines", following ? " · auto-scroll" : "");
 }
 
 } // namespace ostrella::LogFormatting

@@ -11,6 +11,8 @@ const PlatformWords& PlatformWords::mac() {
         .runShortcut = "⌘R",
         .settingsShortcut = "⌘,",
         .originalSizeShortcut = "⌥⌘0",
+        .viewShortcutPrefix = "⌥⌘",
+        .machine = "Mac",
         .translatedArchitecture = "x86_64 via Rosetta, ",
         .licensesFolder = "Contents/Resources/licenses",
     };
@@ -26,6 +28,8 @@ const PlatformWords& PlatformWords::freedesktop() {
         .runShortcut = "Ctrl+R",
         .settingsShortcut = "Ctrl+,",
         .originalSizeShortcut = "Ctrl+Alt+0",
+        .viewShortcutPrefix = "Ctrl+Alt+",
+        .machine = "computer",
         .translatedArchitecture = "x86_64, ",
         .licensesFolder = "share/ostrella/licenses",
     };

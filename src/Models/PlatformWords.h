@@ -18,6 +18,10 @@ struct PlatformWords {
     std::string_view runShortcut;
     std::string_view settingsShortcut;
     std::string_view originalSizeShortcut;
+    /// What stands before the digit of a standard view: "⌥⌘" or "Ctrl+Alt+".
+    std::string_view viewShortcutPrefix;
+    /// The machine in front of the user: "Mac" or "computer".
+    std::string_view machine;
     /// Said after "x86_64" of a solver on a machine that translates it.
     std::string_view translatedArchitecture;
     /// Folder of the licence texts, as told to the user.

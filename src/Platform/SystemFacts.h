@@ -3,6 +3,12 @@
 #include "Models/LogStore.h"
 #include "Models/PlatformWords.h"
 
+#include <cstdint>
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <string_view>
+
 namespace ostrella::SystemFacts {
 
 /// The words of the system that this program was built for.
@@ -13,5 +19,15 @@ LogStore::BootFacts bootFacts();
 
 /// "OpenGL", "Vulkan" …, or the words for no device. May load a driver: some tens of milliseconds.
 std::string graphicsLabel();
+
+/// The processor's brand string, without blanks around it; nothing where the system has none.
+std::optional<std::string> chipName();
+
+/// The first "model name" of a text like /proc/cpuinfo.
+std::optional<std::string> chipNameIn(std::string_view cpuInfo);
+
+/// Bytes that the user may fill on the volume that holds `path`; nothing if that cannot be told.
+/// May wait for a slow disk.
+std::optional<std::int64_t> availableCapacity(const std::filesystem::path& path);
 
 } // namespace ostrella::SystemFacts

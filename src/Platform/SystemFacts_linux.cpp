@@ -1,11 +1,17 @@
-#include "Platform/AppBundle.h"
 #include "Platform/SystemFacts.h"
+
+#include "Platform/AppBundle.h"
 
 #include <dlfcn.h>
 #include <sys/utsname.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <cstdio>
+#include <fstream>
+#include <limits>
+#include <sstream>
+#include <system_error>
 
 namespace ostrella::SystemFacts {
 
@@ -57,6 +63,43 @@ LogStore::BootFacts bootFacts() {
 
 std::string graphicsLabel() {
     return hasOpenGL() ? "OpenGL" : std::string(words().noGraphicsDevice);
+}
+
+std::optional<std::string> chipName() {
+    std::ifstream file("/proc/cpuinfo");
+    std::ostringstream text;
+    text << file.rdbuf();
+    return chipNameIn(text.str());
+}
+
+std::optional<std::string> chipNameIn(std::string_view cpuInfo) {
+    constexpr std::string_view key = "model name";
+    constexpr std::string_view blanks = " \t";
+    while (!cpuInfo.empty()) {
+        const std::string_view line = cpuInfo.substr(0, cpuInfo.find('\n'));
+        cpuInfo.remove_prefix(std::min(line.size() + 1, cpuInfo.size()));
+        const auto colon = line.find(':');
+        if (!line.starts_with(key) || colon == std::string_view::npos ||
+            line.substr(key.size(), colon - key.size()).find_first_not_of(blanks) !=
+                std::string_view::npos) {
+            continue;
+        }
+        const auto begin = line.find_first_not_of(blanks, colon + 1);
+        if (begin == std::string_view::npos) {
+            return std::nullopt;
+        }
+        return std::string(line.substr(begin, line.find_last_not_of(blanks) + 1 - begin));
+    }
+    return std::nullopt;
+}
+
+std::optional<std::int64_t> availableCapacity(const std::filesystem::path& path) {
+    std::error_code failure;
+    const auto space = std::filesystem::space(path, failure);
+    if (failure || space.available > std::numeric_limits<std::int64_t>::max()) {
+        return std::nullopt;
+    }
+    return static_cast<std::int64_t>(space.available);
 }
 
 } // namespace ostrella::SystemFacts

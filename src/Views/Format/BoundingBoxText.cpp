@@ -57,8 +57,7 @@ struct BoundingBoxText::State : std::enable_shared_from_this<State> {
         if (!asked) {
             return;
         }
-        const bool isNewest =
-            asked->isAbout(question.mesh) && asked->rotation == question.rotation;
+        const bool isNewest = asked->isAbout(question.mesh) && asked->rotation == question.rotation;
         if (asked->isAbout(question.mesh) && asked->rotation != glm::dvec3(0.0)) {
             // While the model keeps turning, a text a moment old is better than one that stands.
             setText(made);

@@ -14,6 +14,7 @@ TEST(PlatformWords, ofAMac) {
     EXPECT_EQ(words.runShortcut, "⌘R");
     EXPECT_EQ(words.settingsShortcut, "⌘,");
     EXPECT_EQ(words.originalSizeShortcut, "⌥⌘0");
+    EXPECT_EQ(words.requiredGraphics, "Ostrella requires a Metal-capable GPU");
     EXPECT_EQ(words.translatedArchitecture, "x86_64 via Rosetta, ");
     EXPECT_EQ(words.licensesFolder, "Contents/Resources/licenses");
 }
@@ -27,6 +28,7 @@ TEST(PlatformWords, ofAFreeDesktop) {
     EXPECT_EQ(words.runShortcut, "Ctrl+R");
     EXPECT_EQ(words.settingsShortcut, "Ctrl+,");
     EXPECT_EQ(words.originalSizeShortcut, "Ctrl+Alt+0");
+    EXPECT_EQ(words.requiredGraphics, "Ostrella requires OpenGL 4.3 or Vulkan");
     EXPECT_EQ(words.translatedArchitecture, "x86_64, ");
     EXPECT_EQ(words.licensesFolder, "share/ostrella/licenses");
 }

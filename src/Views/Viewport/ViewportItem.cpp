@@ -3,6 +3,7 @@
 #include "Models/MainThread.h"
 #include "Models/RenderSettings.h"
 #include "Models/SimulationParameters.h"
+#include "Platform/SystemFacts.h"
 #include "Platform/WindowCover.h"
 #include "Rendering/OffscreenPicture.h"
 #include "Rendering/RhiError.h"
@@ -23,13 +24,9 @@ namespace ostrella {
 
 namespace {
 
-/// The user's words for what the scene's functions take.
 QString needsBetterDevice() {
-#if defined(Q_OS_MACOS)
-    return QStringLiteral("Ostrella requires a Metal-capable GPU");
-#else
-    return QStringLiteral("Ostrella requires OpenGL 4.3 or Vulkan");
-#endif
+    const std::string_view words = SystemFacts::words().requiredGraphics;
+    return QString::fromUtf8(words.data(), qsizetype(words.size()));
 }
 
 } // namespace

@@ -98,8 +98,8 @@ void draw(int socket, QRhi& rhi) {
         return;
     }
     RhiScene drawer(rhi);
-    const auto image = OffscreenPicture::render(
-        rhi, drawer, {scene->width, scene->height}, scene->frame, scene->buffers, 1.0F);
+    const auto image = OffscreenPicture::render(rhi, drawer, {scene->width, scene->height},
+        scene->frame, scene->buffers, 1.0F, scene->samples);
     if (!image) {
         throw RhiError("the graphics device was lost");
     }

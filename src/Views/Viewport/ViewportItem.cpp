@@ -35,6 +35,8 @@ ViewportItem::ViewportItem(QQuickItem* parent) : QQuickItem(parent), pacer_([thi
     setFlag(ItemHasContents);
     setAcceptedMouseButtons(Qt::AllButtons);
     setAcceptHoverEvents(true);
+    // A parent's window has come while this was a mere item.
+    watch(window());
 }
 
 ViewportItem::~ViewportItem() {

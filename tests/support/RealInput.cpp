@@ -120,8 +120,15 @@ void RealInput::click(QPointF point, Gesture gesture) {
 
 void RealInput::doubleClick(QPointF point, Gesture gesture) {
     click(point, gesture);
+    hold(gesture.modifiers);
+    pressForDoubleClick(gesture.button);
+    release(gesture.button);
+    letGo(gesture.modifiers);
+}
+
+void RealInput::pressForDoubleClick(Qt::MouseButton button) {
     setDoubleClicks(true);
-    click(point, gesture);
+    press(button);
     setDoubleClicks(false);
 }
 

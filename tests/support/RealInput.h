@@ -47,6 +47,8 @@ public:
     void click(QPointF point, Gesture gesture = {});
     /// A double click, however slow the machine.
     void doubleClick(QPointF point, Gesture gesture = {});
+    /// A press that makes a double click with the click before it.
+    void pressForDoubleClick(Qt::MouseButton button = Qt::LeftButton);
     void drag(QPointF from, QPointF to, Gesture gesture = {});
 
     // The wheel, where the pointer is. Up and left are positive.

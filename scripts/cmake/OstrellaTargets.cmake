@@ -51,7 +51,9 @@ function(ostrella_ui_test name)
         set(arg_TIMEOUT 300)
     endif()
     file(GLOB tests CONFIGURE_DEPENDS "${CMAKE_CURRENT_SOURCE_DIR}/*Test.cpp")
-    add_executable(${name} ${tests} ${arg_SOURCES} "${PROJECT_SOURCE_DIR}/tests/support/UITestMain.cpp")
+    add_executable(${name} ${tests} ${arg_SOURCES}
+        "${PROJECT_SOURCE_DIR}/tests/support/LoadedDrivers.cpp"
+        "${PROJECT_SOURCE_DIR}/tests/support/UITestMain.cpp")
     set_target_properties(${name} PROPERTIES AUTOMOC ON)
     target_include_directories(${name} PRIVATE "${PROJECT_SOURCE_DIR}/src" "${PROJECT_SOURCE_DIR}/tests")
     target_compile_options(${name} PRIVATE -ffp-contract=off)
@@ -78,7 +80,6 @@ function(ostrella_ui_test name)
         if(UNIX AND NOT APPLE)
             list(APPEND environment "QT_QPA_PLATFORM=xcb")
         endif()
-        list(APPEND environment "LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/golden/drivers.supp")
         add_test(NAME ${test} COMMAND ${launcher} $<TARGET_FILE:${name}>)
         set_tests_properties(${test} PROPERTIES LABELS ui TIMEOUT ${arg_TIMEOUT}
             ENVIRONMENT "${environment}" FAIL_REGULAR_EXPRESSION "unreleased resources")

@@ -92,6 +92,7 @@ void ViewportItem::dropModel() {
     coordinator_->disconnect();
     coordinator_->view().renderer = nullptr;
     coordinator_.release()->deleteLater();
+    unsetCursor();
     followVisibility();
     update();
 }
@@ -106,9 +107,12 @@ void ViewportItem::followSize() {
     if (!coordinator_)
         return;
     const QSize pixels = pixelSize();
-    coordinator_->renderer().drawableSizeWillChange(
+    MetalRenderer& renderer = coordinator_->renderer();
+    const float heightBefore = renderer.viewSizePoints().y;
+    renderer.drawableSizeWillChange(
         {static_cast<float>(pixels.width()), static_cast<float>(pixels.height())},
         {static_cast<float>(width()), static_cast<float>(height())});
+    coordinator_->view().viewResized(heightBefore);
     coordinator_->view().changed();
     followVisibility();
     update();
@@ -157,6 +161,9 @@ void ViewportItem::watch(QQuickWindow* window) {
 bool ViewportItem::eventFilter(QObject* watched, QEvent* event) {
     if (watched == watched_ && event->type() == QEvent::Expose)
         followVisibility();
+    // Who hides a window gets no more of the pointer, and no release.
+    if (watched == watched_ && event->type() == QEvent::Hide)
+        ungrabMouse();
     return QQuickItem::eventFilter(watched, event);
 }
 

@@ -3,6 +3,8 @@
 #include "Solver/Geometry/ModelFile.h"
 #include "support/Wait.h"
 
+#include <QKeyEvent>
+
 #include <cmath>
 #include <filesystem>
 #include <numbers>
@@ -14,6 +16,11 @@ namespace {
 constexpr double degreesPerRadian = 180 / std::numbers::pi;
 
 } // namespace
+
+void KeyCounter::keyPressEvent(QKeyEvent* event) {
+    ++count;
+    event->accept();
+}
 
 ViewportWindow::ViewportWindow() : window(std::make_unique<QQuickWindow>()) {
     window->setGeometry(120, 100, 400, 300);
@@ -52,6 +59,15 @@ void ViewportWindow::advance(double seconds) {
     now += seconds;
     const auto drawn = item->frameCount();
     ASSERT_TRUE(waitUntil([&] { return item->frameCount() > drawn; }));
+}
+
+void ViewportWindow::resizeTo(int width, int height) {
+    window->resize(width, height);
+    ASSERT_TRUE(waitUntil([&] { return window->size() == QSize(width, height); }));
+    item->setSize(window->size());
+    const auto drawn = item->frameCount();
+    user->settle();
+    ASSERT_TRUE(drawsMoreThan(drawn));
 }
 
 void ViewportWindow::enterOrientMode() {
@@ -93,6 +109,10 @@ Vec3 ViewportWindow::targetAfter(double right, double up) const {
         return static_cast<float>(points * metresPerPoint());
     };
     return before.target + metres(right) * r + metres(up) * u;
+}
+
+bool ViewportWindow::drawsMoreThan(std::uint64_t frames) const {
+    return waitUntil([&] { return item->frameCount() > frames; });
 }
 
 Vec3 ViewportWindow::rotation() const {

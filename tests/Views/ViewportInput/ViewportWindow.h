@@ -11,11 +11,21 @@
 
 #include <gmock/gmock.h>
 
+#include <cstdint>
 #include <memory>
 #include <optional>
 #include <string>
 
 namespace ostrella::test {
+
+/// Counts the keys that reach it.
+class KeyCounter final : public QQuickItem {
+public:
+    int count = 0;
+
+protected:
+    void keyPressEvent(QKeyEvent* event) override;
+};
 
 /// The viewport in a window of 400 × 300 points with the sphere of the samples in it, which has a
 /// radius of 1 m about the origin, and a user in front of it. The media clock stands still until
@@ -39,6 +49,9 @@ protected:
     /// Moves the media clock and waits for a frame that sees it; frames have to follow one another.
     void advance(double seconds);
 
+    /// Window and item; waits until both are of that size.
+    void resizeTo(int width, int height);
+
     /// By a click on the model; returns when the camera stands still.
     void enterOrientMode();
     /// Takes the ring of the z axis, which faces the viewer, and leaves the button down.
@@ -54,6 +67,8 @@ protected:
     /// Where the target is after it was moved by so many points to the right and up on the screen.
     Vec3 targetAfter(double right, double up) const;
 
+    /// A frame is drawn after so many; waits for it.
+    bool drawsMoreThan(std::uint64_t frames) const;
     Qt::CursorShape cursor() const { return window->cursor().shape(); }
     Vec3 rotation() const;
 

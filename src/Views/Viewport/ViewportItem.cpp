@@ -259,8 +259,12 @@ void ViewportItem::capture(
 
 bool ViewportItem::event(QEvent* event) {
     if (event->type() == QEvent::NativeGesture && coordinator_) {
-        if (const auto pinch = ViewportEvents::pinch(*static_cast<QNativeGestureEvent*>(event))) {
-            coordinator_->view().magnify(*pinch);
+        const auto& gesture = *static_cast<QNativeGestureEvent*>(event);
+        ArcBallMTKView& view = coordinator_->view();
+        // Items that lie above let pass what they do not know.
+        const auto pinch = ViewportEvents::pinch(gesture);
+        if (pinch && view.isFrontmost(ViewportEvents::point(gesture.position(), height()))) {
+            view.magnify(*pinch);
             event->accept();
             return true;
         }

@@ -79,6 +79,24 @@ TEST_F(Covered, theCardGetsTheWheel) {
     EXPECT_NEAR(zoomed(), 0.86070798F, 1e-5);
 }
 
+TEST_F(Covered, aPinchOnTheCardIsNotForTheViewport) {
+    coverWithACard();
+    user->moveTo(onCard);
+    user->pinch(0.1);
+    EXPECT_FALSE(cameraMoved());
+    user->moveTo(besideCard);
+    user->pinch(0.1);
+    EXPECT_NEAR(zoomed(), 0.90483742F, 1e-5);
+    // Where the item is elsewhere in its window, as well.
+    item->setPosition({200, 0});
+    card->setX(250);
+    user->moveTo(onCard);
+    user->pinch(0.1);
+    user->moveTo(onCard + QPointF(200, 0));
+    user->pinch(0.1);
+    EXPECT_NEAR(zoomed(), 0.90483742F, 1e-5);
+}
+
 TEST_F(Covered, theCardKeepsItsOwnCursor) {
     coverWithACard();
     user->moveTo(besideCard);

@@ -185,6 +185,33 @@ TEST_F(Orienting, picksWhereTheSceneIsShiftedTo) {
     EXPECT_EQ(renderer().hoveredRing, OrientationAxis::z);
 }
 
+TEST_F(Orienting, picksWhereTheItemIsInItsWindow) {
+    // The view is as high as before, a hundred points narrower, and in the lower right corner.
+    window->resize(500, 380);
+    item->setPosition({200, 80});
+    item->setSize({300, 300});
+    user->settle();
+    const QPointF middle(350, 230);
+    user->moveTo(middle + QPointF(0, 73));
+    EXPECT_EQ(cursor(), Qt::PointingHandCursor);
+    user->moveTo(middle - QPointF(0, 77));
+    EXPECT_EQ(cursor(), Qt::ArrowCursor);
+    user->click(middle);
+    ASSERT_TRUE(settings->orientMode());
+    finishTweens();
+    user->moveTo(onZRing + QPointF(150, 80));
+    EXPECT_EQ(renderer().hoveredRing, OrientationAxis::z);
+    noteCamera();
+    user->moveTo({100, 230});
+    EXPECT_EQ(renderer().hoveredRing, std::nullopt) << "the pointer has left the item";
+    EXPECT_EQ(cursor(), Qt::ArrowCursor);
+    user->drag({100, 230}, {150, 200});
+    user->wheel(1);
+    user->click({100, 230});
+    EXPECT_FALSE(cameraMoved());
+    EXPECT_TRUE(settings->orientMode());
+}
+
 TEST_F(Orienting, picksTheModelAsItIsTurned) {
     load("rounded_box");
     settings->setReframeRequestID(QUuid::createUuid());

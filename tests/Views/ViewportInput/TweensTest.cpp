@@ -122,6 +122,20 @@ TEST_F(Tweens, ofAClickStartNowhereWhenTheCameraIsFarEnough) {
     EXPECT_FALSE(cameraMoved());
 }
 
+TEST_F(Tweens, aFitWaitsUntilTheViewHasASize) {
+    item->setSize({0, 0});
+    load("simple_wing");
+    settings->setReframeRequestID(QUuid::createUuid());
+    user->settle();
+    item->setSize({400, 300});
+    user->settle();
+    const ArcBallCamera framed = renderer().camera;
+    settings->setReframeRequestID(QUuid::createUuid());
+    user->settle();
+    EXPECT_EQ(renderer().camera, framed) << "nothing was left to do";
+    EXPECT_NE(framed.distance, before.distance);
+}
+
 TEST_F(Tweens, areJumpsWhereLessMotionIsAskedFor) {
     item->coordinator()->prefersReducedMotion = [] { return true; };
     settings->requestView(ViewPreset::top);

@@ -40,3 +40,48 @@ function(ostrella_test name)
     gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST NO_PRETTY_VALUES
         PROPERTIES LABELS "${arg_LABEL}" TIMEOUT ${arg_TIMEOUT})
 endfunction()
+
+# ostrella_ui_test(NAME [VARIANTS "name=ENVIRONMENT" ...] [TIMEOUT seconds] [SOURCES ...] LINK ...)
+# A GoogleTest program of all *Test.cpp of the calling folder that shows windows. All its tests run in
+# one process on a display server of their own, with tests/support/UITestMain.cpp around them; once
+# plainly, and once more for each variant with that variable of the environment set.
+function(ostrella_ui_test name)
+    cmake_parse_arguments(arg "" "TIMEOUT" "VARIANTS;SOURCES;LINK;DEPENDS" ${ARGN})
+    if(NOT arg_TIMEOUT)
+        set(arg_TIMEOUT 300)
+    endif()
+    file(GLOB tests CONFIGURE_DEPENDS "${CMAKE_CURRENT_SOURCE_DIR}/*Test.cpp")
+    add_executable(${name} ${tests} ${arg_SOURCES}
+        "${PROJECT_SOURCE_DIR}/tests/support/LoadedDrivers.cpp"
+        "${PROJECT_SOURCE_DIR}/tests/support/UITestMain.cpp")
+    set_target_properties(${name} PROPERTIES AUTOMOC ON)
+    target_include_directories(${name} PRIVATE "${PROJECT_SOURCE_DIR}/src" "${PROJECT_SOURCE_DIR}/tests")
+    target_compile_options(${name} PRIVATE -ffp-contract=off)
+    target_compile_definitions(${name} PRIVATE
+        OSTRELLA_TEST_DATA="${PROJECT_SOURCE_DIR}/tests/data"
+        OSTRELLA_STAGE_DIR="${OSTRELLA_STAGE}")
+    target_link_libraries(${name} PRIVATE ${arg_LINK} ostrella-test-support)
+    if(arg_DEPENDS)
+        add_dependencies(${name} ${arg_DEPENDS})
+    endif()
+    set(launcher)
+    if(UNIX AND NOT APPLE)
+        find_program(OSTRELLA_XVFB_RUN xvfb-run REQUIRED)
+        set(launcher "${OSTRELLA_XVFB_RUN}" -a -s "-screen 0 1400x900x24")
+    endif()
+    foreach(variant IN ITEMS "plain=" LISTS arg_VARIANTS)
+        string(REGEX MATCH "^([^=]*)=(.*)$" whole "${variant}")
+        set(test ${name})
+        set(environment "LIBGL_ALWAYS_SOFTWARE=1;QT_RHI_LEAK_CHECK=1;QT_HASH_SEED=0")
+        if(CMAKE_MATCH_2)
+            set(test ${name}.${CMAKE_MATCH_1})
+            list(APPEND environment "${CMAKE_MATCH_2}")
+        endif()
+        if(UNIX AND NOT APPLE)
+            list(APPEND environment "QT_QPA_PLATFORM=xcb")
+        endif()
+        add_test(NAME ${test} COMMAND ${launcher} $<TARGET_FILE:${name}>)
+        set_tests_properties(${test} PROPERTIES LABELS ui TIMEOUT ${arg_TIMEOUT}
+            ENVIRONMENT "${environment}" FAIL_REGULAR_EXPRESSION "unreleased resources")
+    endforeach()
+endfunction()

@@ -86,7 +86,8 @@ void checkResults(const BatchOptions& options) {
 /// What goes together with --image, and what does with --no-run.
 void checkPicture(const BatchOptions& options) {
     if (!options.imageFile) {
-        for (const std::string_view name : {"size", "view", "layers", "no-run"}) {
+        for (const std::string_view name :
+            {"size", "view", "layers", "look", "samples", "no-run"}) {
             if (options.isGiven(name)) {
                 throw UsageError(fmt::format("--{} belongs to --image FILE.png.", name));
             }

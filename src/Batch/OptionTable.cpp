@@ -167,6 +167,18 @@ std::vector<BatchOption> pictureOptions() {
             [](const std::string& word, BatchOptions& options) {
                 PictureWords::readLayers(word, options.picture);
             }},
+        {"look", "NAME",
+            "A body without a result: glass, as the viewport has it before a run, or shaded, as "
+            "after one. Default glass.",
+            [](const std::string& word, BatchOptions& options) {
+                PictureWords::readLook(word, options.picture);
+            }},
+        {"samples", "NUMBER",
+            "Samples a pixel, which smooth the outlines: 1, 2, 4, 8. Default 4; as many as the "
+            "device has.",
+            [](const std::string& word, BatchOptions& options) {
+                PictureWords::readSamples(word, options.picture);
+            }},
         {"no-run", "", "Draw the model as it is and solve nothing.",
             [](const std::string&, BatchOptions& options) { options.noRun = true; }},
     };

@@ -18,6 +18,11 @@
 #include <cstdlib>
 #include <memory>
 #include <new>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
 
 #include <fcntl.h>
 #include <sys/socket.h>
@@ -30,6 +35,11 @@ namespace {
 
 /// Where the last words of a library that gives up go.
 int lastWords = -1;
+
+/// The word by which the program starts itself again for a display of its own.
+constexpr const char* ownDisplayWord = "--own-display";
+
+constexpr const char* noDriver = "no graphics driver here has OpenGL 4.3 or Vulkan";
 
 /// The socket under a number of its own, with the null device in its place, since drivers chatter.
 /// Nothing where the standard output is no socket.
@@ -46,34 +56,71 @@ FileDescriptor takeSocket() {
     return socket;
 }
 
+#if !defined(Q_OS_MACOS)
+/// True as long as the picture is to be drawn on a display that was there.
+bool onAnothersDisplay = false;
+
+/// What the session calls its folder for temporary files.
+std::optional<QByteArray> temporaryFolder;
+
+/// The program once more, for a display of its own: libraries that have seen one display do not let
+/// go of it. Whoever is at the socket's other end notices nothing. Returns only where that fails.
+void startOver(int socket) {
+    if (temporaryFolder) {
+        qputenv("TMPDIR", *temporaryFolder);
+    } else {
+        qunsetenv("TMPDIR");
+    }
+    dup2(socket, STDOUT_FILENO);
+    execl("/proc/self/exe", "ostrella-picture", ownDisplayWord, static_cast<char*>(nullptr));
+}
+#endif
+
 void passOn(QtMsgType type, const QMessageLogContext&, const QString& text) {
     if (type == QtFatalMsg) {
+#if !defined(Q_OS_MACOS)
+        if (onAnothersDisplay) {
+            startOver(lastWords);
+        }
+#endif
         PictureStream::sendMessage(lastWords, Kind::failure, text.toStdString());
         // No dump of memory is wanted of a machine without a display.
         std::_Exit(EXIT_FAILURE);
     }
 }
 
-/// A display server's, the user's if there is one. Throws RhiError.
-std::unique_ptr<VirtualDisplay> findDisplay(int socket) {
+/// What there is to draw on.
+struct Display {
+    /// Nothing for one that was there.
+    std::unique_ptr<VirtualDisplay> own;
+    /// What the log is to say of it; may be nothing.
+    std::string remark;
+};
+
+/// A display server's, the user's if there is one and it is not to be `own`. Throws RhiError.
+Display findDisplay(bool own) {
+    Display display;
 #if defined(Q_OS_MACOS)
-    static_cast<void>(socket);
-    return nullptr;
+    static_cast<void>(own);
 #else
     // Whatever else the user has Qt draw on, this is what needs no window.
     qputenv("QT_QPA_PLATFORM", "xcb");
-    if (VirtualDisplay::anotherAnswers()) {
-        return nullptr;
+    if (!own && VirtualDisplay::anotherAnswers()) {
+        onAnothersDisplay = true;
+        return display;
     }
-    auto own = VirtualDisplay::start();
-    if (!own) {
-        throw RhiError("there is no display server, and no Xvfb on the search path that starts");
+    display.own = VirtualDisplay::start();
+    if (!display.own) {
+        throw RhiError(own ? std::string(noDriver) + ", and no Xvfb on the search path starts"
+                           : "there is no display server, and no Xvfb on the search path that "
+                             "starts");
     }
-    qputenv("DISPLAY", QByteArray::fromStdString(own->name()));
-    PictureStream::sendMessage(
-        socket, Kind::info, "No display server · the picture is drawn on an Xvfb of its own");
-    return own;
+    qputenv("DISPLAY", QByteArray::fromStdString(display.own->name()));
+    display.remark =
+        std::string(own ? "No graphics driver for the display server" : "No display server") +
+        " · the picture is drawn on an Xvfb of its own";
 #endif
+    return display;
 }
 
 std::string pngFile(QImage image) {
@@ -91,19 +138,50 @@ std::string pngFile(QImage image) {
     return buffer.data().toStdString();
 }
 
-/// Draws what comes; nothing if nothing does. Throws RhiError.
-void draw(int socket, QRhi& rhi) {
-    const auto scene = PictureStream::receiveScene(socket);
-    if (!scene) {
-        return;
+using Devices = std::vector<std::unique_ptr<OffscreenDevice>>;
+
+/// Draws what comes on the first device that can, and adds those that were tried. False where there
+/// is none at all, with nothing read yet. Throws RhiError, with what the first one has to say.
+bool draw(int socket, const std::string& remark, Devices& devices) {
+    std::optional<PictureScene> scene;
+    std::optional<RhiError> failure;
+    for (const auto backend : OffscreenDevice::candidates()) {
+        auto device = OffscreenDevice::create(backend);
+        if (!device) {
+            continue;
+        }
+        devices.push_back(std::move(device));
+        if (!scene) {
+            scene = PictureStream::receiveScene(socket);
+        }
+        if (!scene) {
+            return true; // No picture is wanted after all.
+        }
+        try {
+            RhiScene drawer(devices.back()->rhi());
+            const auto image = OffscreenPicture::render(devices.back()->rhi(), drawer,
+                {scene->width, scene->height}, scene->frame, scene->buffers, 1.0F,
+                scene->samples);
+            if (!image) {
+                throw RhiError("the graphics device was lost");
+            }
+            const std::string file = pngFile(*image);
+            if (!remark.empty()) {
+                PictureStream::sendMessage(socket, Kind::info, remark);
+            }
+            PictureStream::sendMessage(socket, Kind::device, devices.back()->description());
+            PictureStream::sendMessage(socket, Kind::picture, file);
+            return true;
+        } catch (const RhiError& error) {
+            if (!failure) {
+                failure = error;
+            }
+        }
     }
-    RhiScene drawer(rhi);
-    const auto image = OffscreenPicture::render(
-        rhi, drawer, {scene->width, scene->height}, scene->frame, scene->buffers, 1.0F);
-    if (!image) {
-        throw RhiError("the graphics device was lost");
+    if (failure) {
+        throw *failure;
     }
-    PictureStream::sendMessage(socket, Kind::picture, pngFile(*image));
+    return false;
 }
 
 /// Until the other end has nothing more to say, so that it never talks to nobody.
@@ -114,21 +192,26 @@ void hearOut(int socket) {
 }
 
 [[noreturn]] void serve(int socket, int argc, char** argv) {
-    std::unique_ptr<VirtualDisplay> display;
+    Display display;
     std::unique_ptr<QGuiApplication> application;
-    std::unique_ptr<OffscreenDevice> device;
+    Devices devices;
     try {
-        display = findDisplay(socket);
+        display = findDisplay(argc > 1 && std::string_view(argv[1]) == ownDisplayWord);
         // Where the session has no folder for sockets, Qt would make one among the temporary files
         // and leave it there.
+        if (qEnvironmentVariableIsSet("TMPDIR")) {
+            temporaryFolder = qgetenv("TMPDIR");
+        }
         qputenv("TMPDIR", "/dev/null/none");
         application = std::make_unique<QGuiApplication>(argc, argv);
-        device = OffscreenDevice::create();
-        if (!device) {
-            throw RhiError("no graphics driver here has OpenGL 4.3 or Vulkan");
+        if (!draw(socket, display.remark, devices)) {
+#if !defined(Q_OS_MACOS)
+            if (onAnothersDisplay) {
+                startOver(socket);
+            }
+#endif
+            throw RhiError(noDriver);
         }
-        PictureStream::sendMessage(socket, Kind::device, device->description());
-        draw(socket, device->rhi());
     } catch (const RhiError& error) {
         PictureStream::sendMessage(socket, Kind::failure, error.what());
     } catch (const std::bad_alloc&) {
@@ -137,7 +220,7 @@ void hearOut(int socket) {
     hearOut(socket);
     // The system takes back what device and application hold, and faster than they would; only
     // the display server is to be told.
-    display.reset();
+    display.own.reset();
     std::_Exit(EXIT_SUCCESS);
 }
 

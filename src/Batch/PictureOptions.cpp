@@ -47,6 +47,20 @@ void readView(const std::string& word, PictureOptions& into) {
     into.view = *view;
 }
 
+void readLook(const std::string& word, PictureOptions& into) {
+    if (word != "glass" && word != "shaded") {
+        throw UsageError(fmt::format("--look wants one of glass, shaded, not \"{}\".", word));
+    }
+    into.shaded = word == "shaded";
+}
+
+void readSamples(const std::string& word, PictureOptions& into) {
+    if (word != "1" && word != "2" && word != "4" && word != "8") {
+        throw UsageError(fmt::format("--samples wants one of 1, 2, 4, 8, not \"{}\".", word));
+    }
+    into.samples = word[0] - '0';
+}
+
 void readLayers(const std::string& word, PictureOptions& into) {
     into.layers = {false, false, false, false, false};
     if (word == "none") {

@@ -28,6 +28,10 @@ struct PictureOptions {
         bool operator==(const Layers&) const = default;
     };
     Layers layers;
+    /// A body without a result looks as one with it does, instead of glass.
+    bool shaded = false;
+    /// Most samples a pixel; fewer where the device has no more.
+    int samples = 4;
 
     bool operator==(const PictureOptions&) const = default;
 };
@@ -55,6 +59,10 @@ inline constexpr std::array allLayers{
 void readSize(const std::string& word, PictureOptions& into);
 /// The name of a view. Throws UsageError.
 void readView(const std::string& word, PictureOptions& into);
+/// "glass" or "shaded". Throws UsageError.
+void readLook(const std::string& word, PictureOptions& into);
+/// A power of two from 1 to 8. Throws UsageError.
+void readSamples(const std::string& word, PictureOptions& into);
 /// Names with commas between them, or "none"; the layers not named are off. Throws UsageError.
 void readLayers(const std::string& word, PictureOptions& into);
 

@@ -17,6 +17,7 @@ PictureScene PictureScene::of(const PictureOptions& options,
     renderer.streamlinesEnabled = options.layers.streams;
     renderer.vortexEnabled = options.layers.vortex;
     renderer.showGrid = options.layers.grid;
+    renderer.glassBeforeRun = !options.shaded;
     renderer.wireframe = options.layers.wireframe;
     renderer.setModelRotation(rotation);
     // A view of one point is none yet to the camera, which would wait for another.
@@ -42,6 +43,7 @@ PictureScene PictureScene::of(const PictureOptions& options,
     scene.frame = renderer.encodeScene(pixels, 0.0, false);
     scene.width = options.width;
     scene.height = options.height;
+    scene.samples = options.samples;
     const auto take = [&](SceneBuffer buffer) {
         scene.buffers.replace(buffer, renderer.buffers()[buffer].bytes);
     };

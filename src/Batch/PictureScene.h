@@ -18,6 +18,8 @@ struct PictureScene {
     /// Pixels.
     int width = 0;
     int height = 0;
+    /// Most samples a pixel.
+    int samples = 4;
 
     /// The scene as the window shows it once it has come to rest: the model (may be absent) turned
     /// by three angles in radians, and the layers of a result (may be absent), without gizmo and

@@ -66,6 +66,7 @@ bool receiveBytes(int socket, void* bytes, std::size_t count) {
 struct SceneHead {
     std::int32_t width = 0;
     std::int32_t height = 0;
+    std::int32_t samples = 1;
     Vec3 clearColor{0.0F};
     std::uint64_t uniforms = 0;
     std::uint64_t draws = 0;
@@ -92,6 +93,7 @@ bool sendScene(int socket, const PictureScene& scene) {
     SceneHead head;
     head.width = scene.width;
     head.height = scene.height;
+    head.samples = scene.samples;
     head.clearColor = scene.frame.clearColor;
     head.uniforms = scene.frame.uniforms.size();
     head.draws = scene.frame.draws.size();
@@ -118,6 +120,7 @@ std::optional<PictureScene> receiveScene(int socket) {
     }
     scene.width = head.width;
     scene.height = head.height;
+    scene.samples = head.samples;
     scene.frame.clearColor = head.clearColor;
     for (std::size_t i = 0; i < sceneBufferCount; ++i) {
         if (head.bytes[i] == 0) {

@@ -6,6 +6,7 @@ const PlatformWords& PlatformWords::mac() {
     static constexpr PlatformWords words{
         .systemName = "macOS",
         .noGraphicsDevice = "no Metal device",
+        .requiredGraphics = "Ostrella requires a Metal-capable GPU",
         .toolsPlace = "Ostrella.app (Contents/MacOS)",
         .openShortcut = "⌘O",
         .runShortcut = "⌘R",
@@ -23,6 +24,7 @@ const PlatformWords& PlatformWords::freedesktop() {
     static constexpr PlatformWords words{
         .systemName = "Linux",
         .noGraphicsDevice = "no graphics device",
+        .requiredGraphics = "Ostrella requires OpenGL 4.3 or Vulkan",
         .toolsPlace = "Ostrella (libexec/ostrella)",
         .openShortcut = "Ctrl+O",
         .runShortcut = "Ctrl+R",

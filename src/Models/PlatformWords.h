@@ -11,6 +11,8 @@ struct PlatformWords {
     std::string_view systemName;
     /// "Metal device" or "graphics device", as in "no … ".
     std::string_view noGraphicsDevice;
+    /// What the user reads where nothing can draw the viewport.
+    std::string_view requiredGraphics;
     /// Where the tools lie, as told to the user.
     std::string_view toolsPlace;
     /// "⌘O" or "Ctrl+O", and the like.

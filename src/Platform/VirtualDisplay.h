@@ -3,6 +3,7 @@
 #include "Platform/ChildProcess.h"
 #include "Platform/FileDescriptor.h"
 
+#include <chrono>
 #include <memory>
 #include <string>
 
@@ -23,8 +24,9 @@ public:
     const std::string& name() const { return name_; }
 
     /// True where the environment names an X server that takes a connection, which is held until
-    /// the next call or the end of the process: some servers end with their last client.
-    static bool anotherAnswers();
+    /// the next call or the end of the process: some servers end with their last client. One that
+    /// hangs, or is at the other end of a line that is dead, is given up after `limit`.
+    static bool anotherAnswers(std::chrono::milliseconds limit = std::chrono::seconds(10));
 
 private:
     VirtualDisplay() = default;

@@ -7,8 +7,10 @@
 #include <cerrno>
 #include <chrono>
 #include <cstdlib>
+#include <future>
 #include <optional>
 #include <system_error>
+#include <thread>
 #include <utility>
 
 #include <dlfcn.h>
@@ -99,7 +101,7 @@ VirtualDisplay::~VirtualDisplay() {
     }
 }
 
-bool VirtualDisplay::anotherAnswers() {
+bool VirtualDisplay::anotherAnswers(std::chrono::milliseconds limit) {
     const char* const name = std::getenv("DISPLAY");
     if (!name || *name == '\0') {
         return false;
@@ -119,7 +121,16 @@ bool VirtualDisplay::anotherAnswers() {
     if (!connect || !hasError || !disconnect) {
         return false;
     }
-    Connection* const connection = connect(nullptr, nullptr);
+    // It waits for the server's answer for ever, so it does so elsewhere.
+    std::promise<Connection*> promise;
+    std::future<Connection*> answer = promise.get_future();
+    std::thread([connect, display = std::string(name), promise = std::move(promise)]() mutable {
+        promise.set_value(connect(display.c_str(), nullptr));
+    }).detach();
+    if (answer.wait_for(limit) != std::future_status::ready) {
+        return false;
+    }
+    Connection* const connection = answer.get();
     if (hasError(connection) != 0) {
         disconnect(connection);
         return false;

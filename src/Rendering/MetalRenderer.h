@@ -38,6 +38,7 @@ public:
     // What the glue sets. Angles in radians, points are view points.
     ArcBallCamera camera;
     bool wireframe = false;
+    bool glassBeforeRun = true; ///< false: a body without a result is shaded as one with it
     bool showGrid = true;
     bool colormapEnabled = false;
     bool streamlinesEnabled = false;

@@ -55,7 +55,7 @@ void MetalRenderer::encodeBody(SceneFrame& frame) const {
         frame.add(draw);
     } else if (!hasModel()) {
         return;
-    } else if (!hasResult()) {
+    } else if (!hasResult() && glassBeforeRun) {
         encodePreRun(frame);
         return;
     } else {

@@ -215,12 +215,18 @@ TEST(BatchOptions, APictureIsOfTheWindowsLayersUnlessOthersAreNamed) {
     EXPECT_EQ(plain.picture.height, 800);
     EXPECT_EQ(plain.picture.view, ViewPreset::iso);
     EXPECT_EQ(plain.picture.layers, (PictureOptions::Layers{true, true, true, true, false}));
-    const BatchOptions read = options({"wing.stl", "--image=a.png", "--size", "640x16384",
-        "--view=top", "--layers", "wireframe,cp", "--no-run"});
+    EXPECT_FALSE(plain.picture.shaded);
+    EXPECT_EQ(plain.picture.samples, 4);
+    const BatchOptions read =
+        options({"wing.stl", "--image=a.png", "--size", "640x16384", "--view=top", "--layers",
+            "wireframe,cp", "--look", "shaded", "--samples", "1", "--no-run"});
     EXPECT_EQ(read.picture.width, 640);
     EXPECT_EQ(read.picture.height, 16384);
     EXPECT_EQ(read.picture.view, ViewPreset::top);
     EXPECT_EQ(read.picture.layers, (PictureOptions::Layers{true, false, false, false, true}));
+    EXPECT_TRUE(read.picture.shaded);
+    EXPECT_FALSE(options({"a.stl", "--image", "a.png", "--look", "glass"}).picture.shaded);
+    EXPECT_EQ(read.picture.samples, 1);
     EXPECT_TRUE(read.noRun);
     const auto layersOf = [](const char* names) {
         return options({"--demo", "--image", "a.png", "--layers", names}).picture.layers;
@@ -244,6 +250,11 @@ TEST(BatchOptions, ASizeAViewOrALayerThatIsNoneIsNamed) {
     }
     EXPECT_EQ(
         refused("--view", "back"), "--view wants one of iso, front, side, top, not \"back\".");
+    EXPECT_EQ(refused("--look", "clay"), "--look wants one of glass, shaded, not \"clay\".");
+    for (const char* word : {"0", "3", "16", "4x"}) {
+        EXPECT_EQ(refused("--samples", word),
+            std::string("--samples wants one of 1, 2, 4, 8, not \"") + word + "\".");
+    }
     for (const char* word : {"Cp", "cp,", ",cp", "cp,,grid", "cp;grid", "none,cp", "cp, grid"}) {
         EXPECT_EQ(refused("--layers", word),
             std::string("--layers wants names of cp, streams, vortex, grid, wireframe with commas "
@@ -257,6 +268,8 @@ TEST(BatchOptions, WhatAPictureGoesWithoutIsTold) {
     EXPECT_EQ(refusal({"a.stl", "--size", "5x5"}), "--size belongs to --image FILE.png.");
     EXPECT_EQ(refusal({"a.stl", "--view", "top"}), "--view belongs to --image FILE.png.");
     EXPECT_EQ(refusal({"a.stl", "--layers", "cp"}), "--layers belongs to --image FILE.png.");
+    EXPECT_EQ(refusal({"a.stl", "--look", "shaded"}), "--look belongs to --image FILE.png.");
+    EXPECT_EQ(refusal({"a.stl", "--samples", "1"}), "--samples belongs to --image FILE.png.");
     EXPECT_EQ(refusal({"a.stl", "--no-run"}), "--no-run belongs to --image FILE.png.");
     EXPECT_EQ(refusal({"a.stl", "--prepare", "case", "--image", "a.png"}),
         "--prepare stops ahead of the results, so --image has nothing to draw.");

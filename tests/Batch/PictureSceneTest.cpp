@@ -81,6 +81,16 @@ TEST(PictureScene, AModelAloneIsOfGlassOnItsGrid) {
     }
 }
 
+TEST(PictureScene, AModelAloneIsShadedAsAfterARunIfThatIsAskedFor) {
+    PictureOptions options = with(none);
+    options.shaded = true;
+    options.samples = 1;
+    const auto scene = PictureScene::of(options, pyramid(), Vec3(0.0F), std::nullopt);
+    EXPECT_THAT(pipelines(scene), ElementsAre(Pipeline::mesh));
+    EXPECT_EQ(scene.samples, 1);
+    EXPECT_EQ(PictureScene::of({}, pyramid(), Vec3(0.0F), std::nullopt).samples, 4);
+}
+
 TEST(PictureScene, EachLayerHasItsSwitch) {
     const auto drawn = [](const PictureOptions::Layers& layers) {
         return pipelines(PictureScene::of(with(layers), pyramid(), Vec3(0.0F), result()));

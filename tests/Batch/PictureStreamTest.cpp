@@ -35,6 +35,7 @@ PictureScene scene() {
     PictureScene scene;
     scene.width = 640;
     scene.height = 400;
+    scene.samples = 2;
     scene.frame.clearColor = {0.1F, 0.2F, 0.3F};
     scene.frame.uniforms.resize(3);
     scene.frame.uniforms[1].baseColor = {1, 2, 3, 4};
@@ -64,6 +65,7 @@ TEST_F(PictureStreamTest, ASceneComesOutAsItWentIn) {
     ASSERT_TRUE(received);
     EXPECT_EQ(received->width, 640);
     EXPECT_EQ(received->height, 400);
+    EXPECT_EQ(received->samples, 2);
     EXPECT_EQ(received->frame.clearColor, sent.frame.clearColor);
     ASSERT_EQ(received->frame.uniforms.size(), 3U);
     EXPECT_EQ(received->frame.uniforms[1].baseColor, Vec4(1, 2, 3, 4));

@@ -16,6 +16,7 @@ TEST(PlatformWords, ofAMac) {
     EXPECT_EQ(words.originalSizeShortcut, "⌥⌘0");
     EXPECT_EQ(words.viewShortcutPrefix, "⌥⌘");
     EXPECT_EQ(words.machine, "Mac");
+    EXPECT_EQ(words.requiredGraphics, "Ostrella requires a Metal-capable GPU");
     EXPECT_EQ(words.translatedArchitecture, "x86_64 via Rosetta, ");
     EXPECT_EQ(words.licensesFolder, "Contents/Resources/licenses");
 }
@@ -31,6 +32,7 @@ TEST(PlatformWords, ofAFreeDesktop) {
     EXPECT_EQ(words.originalSizeShortcut, "Ctrl+Alt+0");
     EXPECT_EQ(words.viewShortcutPrefix, "Ctrl+Alt+");
     EXPECT_EQ(words.machine, "computer");
+    EXPECT_EQ(words.requiredGraphics, "Ostrella requires OpenGL 4.3 or Vulkan");
     EXPECT_EQ(words.translatedArchitecture, "x86_64, ");
     EXPECT_EQ(words.licensesFolder, "share/ostrella/licenses");
 }

@@ -1,11 +1,17 @@
 #include "Platform/VirtualDisplay.h"
+#include "Platform/FileDescriptor.h"
 
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <cstdlib>
-#include <filesystem>
 #include <optional>
 #include <string>
+#include <tuple>
+
+#include <netinet/in.h>
+#include <sys/socket.h>
+#include <sys/stat.h>
 
 namespace ostrella {
 namespace {
@@ -34,21 +40,33 @@ private:
     std::optional<std::string> before_;
 };
 
-TEST(VirtualDisplay, AnswersAsLongAsItIsThereAndLeavesNothing) {
-    std::filesystem::path socket;
-    std::string name;
-    {
-        const auto display = VirtualDisplay::start();
-        ASSERT_TRUE(display);
-        name = display->name();
-        ASSERT_TRUE(name.starts_with(":"));
-        socket = "/tmp/.X11-unix/X" + name.substr(1);
-        EXPECT_TRUE(std::filesystem::exists(socket));
+/// What tells a file from a later one of the same name; nothing if there is none.
+std::optional<std::tuple<ino_t, time_t, long>> identityOf(const std::string& file) {
+    struct stat status {};
+    if (stat(file.c_str(), &status) != 0) {
+        return std::nullopt;
     }
-    EXPECT_FALSE(std::filesystem::exists(socket));
-    EXPECT_FALSE(std::filesystem::exists("/tmp/.X" + name.substr(1) + "-lock"));
+    return std::tuple(status.st_ino, status.st_ctim.tv_sec, status.st_ctim.tv_nsec);
+}
+
+TEST(VirtualDisplay, AnswersAsLongAsItIsThereAndLeavesNothing) {
+    auto display = VirtualDisplay::start();
+    ASSERT_TRUE(display);
+    const std::string name = display->name();
+    ASSERT_TRUE(name.starts_with(":"));
+    const std::string socket = "/tmp/.X11-unix/X" + name.substr(1);
+    const auto own = identityOf(socket);
+    EXPECT_TRUE(own);
     const Variable variable("DISPLAY", name.c_str());
-    EXPECT_FALSE(VirtualDisplay::anotherAnswers());
+    EXPECT_TRUE(VirtualDisplay::anotherAnswers());
+    display.reset();
+    // Somebody else's server may take the number at once.
+    const bool answers = VirtualDisplay::anotherAnswers();
+    const auto next = identityOf(socket);
+    EXPECT_NE(next, own);
+    if (!next) {
+        EXPECT_FALSE(answers);
+    }
 }
 
 TEST(VirtualDisplay, TwoStandBesideOneAnother) {
@@ -65,6 +83,24 @@ TEST(VirtualDisplay, NoneAnswersWhereNoneIsNamed) {
         const Variable variable("DISPLAY", name);
         EXPECT_FALSE(VirtualDisplay::anotherAnswers()) << name;
     }
+}
+
+TEST(VirtualDisplay, NoneAnswersWhereTheServerHangs) {
+    // A port that takes connections and says nothing; the display's number is the port's above
+    // 6000.
+    const FileDescriptor deaf(socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0));
+    sockaddr_in address{};
+    address.sin_family = AF_INET;
+    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    socklen_t size = sizeof address;
+    auto* const plain = reinterpret_cast<sockaddr*>(&address);
+    ASSERT_EQ(bind(deaf.get(), plain, size), 0);
+    ASSERT_EQ(listen(deaf.get(), 1), 0);
+    ASSERT_EQ(getsockname(deaf.get(), plain, &size), 0);
+    const int number = ntohs(address.sin_port) - 6000;
+    ASSERT_GT(number, 0);
+    const Variable variable("DISPLAY", ("127.0.0.1:" + std::to_string(number)).c_str());
+    EXPECT_FALSE(VirtualDisplay::anotherAnswers(std::chrono::milliseconds(200)));
 }
 
 TEST(VirtualDisplay, IsNoneWhereThereIsNoSuchProgram) {

@@ -135,6 +135,22 @@ void ArcBallMTKView::pointerLost() {
     updateHover(std::nullopt);
 }
 
+void ArcBallMTKView::viewResized(float heightBefore) {
+    if (!renderer)
+        return;
+    // The pointer stays where it is below the upper edge, while points count from the lower one.
+    const Vec2 shift(0.0F, viewHeight() - heightBefore);
+    if (lastPoint_)
+        *lastPoint_ += shift;
+    if (downPoint_)
+        *downPoint_ += shift;
+    if (ringDrag_) {
+        ringDrag_->last += shift;
+        if (const auto drag = renderer->beginRingDrag(ringDrag_->axis, ringDrag_->last))
+            ringDrag_->mode = drag->mode;
+    }
+}
+
 void ArcBallMTKView::applyDrag(Vec2 point) {
     if (!lastPoint_)
         return;

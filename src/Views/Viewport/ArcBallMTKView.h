@@ -57,6 +57,9 @@ public:
     void cursorUpdate();
     /// The press under way will see no release: another window or item took the pointer.
     void pointerLost();
+    /// The renderer's view has another size; `heightBefore` is that which it had, points. What is
+    /// held stays held, and what the pointer has not moved is not moved.
+    void viewResized(float heightBefore);
 
     void endRingDrag();
     /// What lies under the pointer; without a point it has left.

@@ -277,6 +277,25 @@ TEST_F(ArcBallCameraMoves, aPressThatLosesThePointerMovesNothingMore) {
     EXPECT_EQ(view.dragMode(), DragMode::none);
 }
 
+TEST_F(ArcBallCameraMoves, aViewThatGrowsInMidDragMovesNothing) {
+    press({100, 100});
+    drag({110, 100});
+    // A view of 400 points' height instead of 300: what was at 100 from below is now at 200.
+    renderer.drawableSizeWillChange({800, 800}, {400, 400});
+    view.viewResized(300);
+    drag({120, 200});
+    EXPECT_NEAR(azimuthMoved(), -0.2F, 1e-6);
+    EXPECT_EQ(elevationMoved(), 0);
+}
+
+TEST_F(ArcBallCameraMoves, aViewThatGrowsLeavesAClickAClick) {
+    press(onBox);
+    renderer.drawableSizeWillChange({800, 800}, {400, 400});
+    view.viewResized(300);
+    drag(onBox + Vec2(0, 100));
+    EXPECT_TRUE(view.clickPending());
+}
+
 TEST_F(ArcBallCameraMoves, framesAreAskedForOnlyWhereSomethingChanged) {
     redraws = 0;
     hover(besideBox);
@@ -314,6 +333,7 @@ TEST(ArcBallMTKView, withoutARendererNothingHappens) {
     view.scrollWheel({});
     view.magnify({});
     view.flagsChanged({});
+    view.viewResized(300);
     view.exited();
     EXPECT_FALSE(view.keyDown(ViewportInput::Key::escape));
     EXPECT_EQ(view.dragMode(), DragMode::none);

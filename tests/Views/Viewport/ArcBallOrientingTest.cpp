@@ -137,6 +137,21 @@ TEST_F(ArcBallOrienting, shiftSnapsToFifteenDegreesAtOnceAndLettingGoGivesTheRes
     EXPECT_NEAR(turnedBy(), 24, 0.01);
 }
 
+TEST_F(ArcBallOrienting, aRingIsHeldWhereTheViewGrows) {
+    const Vec2 start = takeRing(OrientationAxis::z);
+    drag(turned(start, 20));
+    const Vec2 held = turned(start, 20);
+    renderer.drawableSizeWillChange({800, 800}, {400, 400});
+    view.viewResized(300);
+    drag(held + Vec2(0, 100));
+    EXPECT_NEAR(turnedBy(), 20, 0.01) << "the pointer has not moved below the upper edge";
+    // The middle of the rings is at (200, 200) now.
+    drag({290, 200});
+    const double before = turnedBy();
+    drag({200, 290});
+    EXPECT_NEAR(turnedBy() - before, 90, 0.01);
+}
+
 TEST_F(ArcBallOrienting, modifiersMeanNothingWithoutARing) {
     view.flagsChanged(shift);
     press({100, 100});

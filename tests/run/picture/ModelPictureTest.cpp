@@ -1,7 +1,6 @@
-// Pictures of models without a run, and what they are drawn on.
+// Pictures of models without a run.
 
 #include "Brand/ViewportStyle.h"
-#include "Platform/VirtualDisplay.h"
 #include "run/picture/Picture.h"
 #include "run/support/BatchProcess.h"
 #include "run/support/Package.h"
@@ -10,8 +9,6 @@
 #include <nlohmann/json.hpp>
 
 #include <gmock/gmock.h>
-
-#include <cstdlib>
 
 namespace ostrella::test {
 namespace {
@@ -22,9 +19,6 @@ using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::Not;
 using testing::StartsWith;
-
-constexpr const char* ownDisplay =
-    "[INFO] No display server · the picture is drawn on an Xvfb of its own";
 
 class ModelPictureTest : public testing::Test {
 protected:
@@ -117,52 +111,6 @@ TEST_F(ModelPictureTest, TheReportTellsHowItWasTaken) {
     EXPECT_THAT(report["image"]["device"], Not(""));
     EXPECT_EQ(report["results"], nullptr);
     EXPECT_EQ(report["runDirectory"], nullptr);
-}
-
-TEST_F(ModelPictureTest, WithoutADisplayAnXvfbOfItsOwnIsStartedAndGoesWithIt) {
-    // In the place of Xvfb, one that notes its number on the way.
-    const fs::path noted = directory_.path() / "number";
-    const fs::path folder = directory_.path() / "bin";
-    const std::string path = std::getenv("PATH");
-    writeFile(folder / "Xvfb",
-        "#!/bin/sh\necho $$ >'" + noted.string() + "'\nPATH='" + path + "' exec Xvfb \"$@\"\n");
-    fs::permissions(folder / "Xvfb", fs::perms(0755));
-    batch_.setVariable("PATH", folder.string() + ":" + path);
-    picture("sphere");
-    EXPECT_THAT(batch_.lines(), Contains(ownDisplay));
-    EXPECT_FALSE(isAlive(noted));
-}
-
-TEST_F(ModelPictureTest, ADisplayThatAnswersIsUsed) {
-    const auto display = VirtualDisplay::start();
-    ASSERT_TRUE(display);
-    batch_.setVariable("DISPLAY", display->name());
-    // There is no second one to be had.
-    batch_.setVariable("PATH", "/nonexistent");
-    EXPECT_GT(picture("sphere").coveredShare(), 0.1);
-    EXPECT_THAT(batch_.lines(), Not(Contains(ownDisplay)));
-}
-
-TEST_F(ModelPictureTest, WhereNothingCanDrawALineSaysSoAndTheRunEndsWell) {
-    batch_.setVariable("PATH", "/nonexistent");
-    for (const char* display : {"", ":4711", "nonsense"}) {
-        batch_.setVariable("DISPLAY", display);
-        EXPECT_EQ(run({"--sample", "sphere"}), 0) << batch_.output();
-        EXPECT_THAT(batch_.lines(),
-            Contains("[WARN] Picture not drawn · there is no display server, and no Xvfb on the "
-                     "search path that starts"));
-        EXPECT_FALSE(fs::exists(file_));
-    }
-}
-
-TEST_F(ModelPictureTest, ADriverThatIsTooOldIsTold) {
-    batch_.setVariable("MESA_GL_VERSION_OVERRIDE", "4.2");
-    batch_.setVariable("VK_ICD_FILENAMES", "/nonexistent.json");
-    batch_.setVariable("VK_DRIVER_FILES", "/nonexistent.json");
-    EXPECT_EQ(run({"--sample", "sphere"}), 0) << batch_.output();
-    EXPECT_THAT(batch_.lines(),
-        Contains("[WARN] Picture not drawn · no graphics driver here has OpenGL 4.3 or Vulkan"));
-    EXPECT_FALSE(fs::exists(file_));
 }
 
 TEST_F(ModelPictureTest, AFileThatCannotBeWrittenCostsStatusFive) {

@@ -2,6 +2,8 @@
 
 #include "Brand/ViewportStyle.h"
 
+#include <QImageReader>
+
 #include <glm/common.hpp>
 
 #include <gtest/gtest.h>
@@ -19,14 +21,16 @@ float farthestComponent(const Vec3& difference) {
 
 } // namespace
 
-Picture::Picture(const std::filesystem::path& file)
-    : image_(QString::fromStdString(file.string()), "PNG") {
+Picture::Picture(const std::filesystem::path& file) {
+    QImageReader reader(QString::fromStdString(file.string()), "PNG");
+    reader.setAllocationLimit(0);
+    image_ = reader.read().convertToFormat(QImage::Format_RGB32);
     EXPECT_FALSE(image_.isNull()) << file;
 }
 
 Vec3 Picture::color(int x, int y) const {
-    const QColor color = image_.pixelColor(x, y);
-    return {color.red(), color.green(), color.blue()};
+    const QRgb color = reinterpret_cast<const QRgb*>(image_.constScanLine(y))[x];
+    return {qRed(color), qGreen(color), qBlue(color)};
 }
 
 bool Picture::isGround(int x, int y) const {
@@ -47,6 +51,14 @@ double Picture::share(Test&& test) const {
 
 double Picture::coveredShare() const {
     return share([this](int x, int y) { return !isGround(x, y); });
+}
+
+double Picture::blackShare() const {
+    return share([this](int x, int y) {
+        constexpr float light = 4.0F;
+        const Vec3 pixel = color(x, y);
+        return std::max({pixel.x, pixel.y, pixel.z}) < light;
+    });
 }
 
 int Picture::firstCoveredColumn() const {

@@ -20,6 +20,8 @@ public:
     Vec3 color(int x, int y) const;
     /// The share of the pixels that are not of the ground's colour.
     double coveredShare() const;
+    /// The share of the pixels without any light; the ground has some.
+    double blackShare() const;
     /// The leftmost column with a pixel that is not of the ground's colour; the width for none.
     int firstCoveredColumn() const;
     /// The share of the pixels whose strongest and weakest component are far apart.
@@ -27,8 +29,10 @@ public:
     /// The share of the pixels that are not the same in both, which are of one size.
     double differingShare(const Picture& other) const;
 
-private:
+    /// That pixel is of the ground's colour.
     bool isGround(int x, int y) const;
+
+private:
     template <class Test>
     double share(Test&& test) const;
 

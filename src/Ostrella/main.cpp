@@ -1,0 +1,94 @@
+// ostrella: the application with its window.
+
+#include "Models/MainThread.h"
+#include "Ostrella/OstrellaApp.h"
+#include "Platform/Preferences.h"
+#include "Platform/SystemFacts.h"
+#include "Platform/TerminationSignals.h"
+#include "Views/AlertWindow.h"
+#include "Views/GraphicsChoice.h"
+#include "Views/MainWindow.h"
+#include "Views/Viewport/ViewportItem.h"
+
+#include <QDir>
+#include <QGuiApplication>
+#include <QUrl>
+
+#include <clocale>
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <string_view>
+
+using namespace ostrella;
+
+namespace {
+
+/// Has the user read why nothing can be drawn, and ends then.
+void giveUp(const std::string& reason) {
+    AlertWindow::present(reason, "", [] { QGuiApplication::exit(EXIT_FAILURE); });
+}
+
+/// Ends the application; a run under way is stopped first, so that it leaves nothing behind.
+void endAfterRun(SimulationController& simulation) {
+    if (!simulation.phase().isActive()) {
+        QGuiApplication::quit();
+        return;
+    }
+    QObject::connect(&simulation, &SimulationController::phaseChanged, qGuiApp, [&simulation] {
+        if (!simulation.phase().isActive())
+            QGuiApplication::quit();
+    });
+    simulation.cancel();
+}
+
+int perform(const QStringList& files) {
+    const MainThread mainThread;
+    if (!GraphicsChoice::settle()) {
+        giveUp(std::string(SystemFacts::words().requiredGraphics));
+        return QGuiApplication::exec();
+    }
+    Preferences preferences;
+    OstrellaApp app({AppBundle::main(), QDir::tempPath().toStdString(), &SystemFacts::words()},
+        preferences, SystemFacts::bootFacts(),
+        [](const std::string& message, const std::string& text) {
+            AlertWindow::present(message, text);
+        });
+    MainWindow window(app);
+    const auto end = [&app] { endAfterRun(app.simulation); };
+    TerminationSignals signals;
+    QObject::connect(&signals, &TerminationSignals::requested, &window, end);
+    QObject::connect(&window, &MainWindow::closed, &window, end);
+    QObject::connect(&window.viewport(), &ViewportItem::deviceProblemChanged, &window, [&window] {
+        const QString& problem = window.viewport().deviceProblem();
+        if (problem.isEmpty())
+            return;
+        window.hide();
+        giveUp(problem.toStdString());
+    });
+    window.show();
+    app.start();
+    for (const QString& file : files)
+        app.openURL(QUrl::fromUserInput(file, QDir::currentPath(), QUrl::AssumeLocalFile));
+    return QGuiApplication::exec();
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    for (int i = 1; i < argc; ++i) {
+        if (std::string_view(argv[i]) == "--version") {
+            std::printf("Ostrella %s\n", AppBundle::version().c_str());
+            return EXIT_SUCCESS;
+        }
+    }
+    GraphicsChoice::prepare();
+    QGuiApplication application(argc, argv);
+    QGuiApplication::setApplicationName(QStringLiteral("Ostrella"));
+    // The end is told by hand, since a run may have to end before.
+    QGuiApplication::setQuitOnLastWindowClosed(false);
+    std::signal(SIGXFSZ, SIG_IGN);
+    // Qt takes over the user's language; numbers in files have a point.
+    std::setlocale(LC_NUMERIC, "C");
+    return perform(QGuiApplication::arguments().mid(1));
+}

@@ -1,0 +1,22 @@
+#include "Models/MainThread.h"
+
+#include <QGuiApplication>
+#include <QSurfaceFormat>
+
+#include <gmock/gmock.h>
+
+/// A test program of windows is set up as the application is.
+int main(int argc, char** argv) {
+    testing::InitGoogleMock(&argc, argv);
+    qputenv("QSG_RENDER_LOOP", "basic");
+    QSurfaceFormat format;
+    format.setVersion(4, 3);
+    format.setProfile(QSurfaceFormat::CoreProfile);
+    format.setDepthBufferSize(24);
+    format.setStencilBufferSize(8);
+    QSurfaceFormat::setDefaultFormat(format);
+    QGuiApplication application(argc, argv);
+    QGuiApplication::setQuitOnLastWindowClosed(false);
+    const ostrella::MainThread mainThread;
+    return RUN_ALL_TESTS();
+}

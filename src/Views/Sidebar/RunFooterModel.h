@@ -4,6 +4,7 @@
 #include "Models/IterationRate.h"
 #include "Models/Timers.h"
 #include "Views/Format/QueuedUpdate.h"
+#include "Views/Format/SidebarFormat.h"
 #include "Views/SharedObjects.h"
 
 #include <QObject>
@@ -24,7 +25,7 @@ class RunFooterModel : public QObject {
     QML_ELEMENT
     QML_UNCREATABLE("made by the window")
 
-    /// The fixed texts by name: see SidebarTexts.
+    /// The fixed texts of SidebarText by name.
     Q_PROPERTY(QVariantMap texts READ texts CONSTANT)
 
     /// True while a run is under way: the progress block stands in place of the run controls.
@@ -86,6 +87,8 @@ private:
     void recordIteration();
     void tick();
     std::optional<std::int64_t> iteration() const;
+    std::optional<SidebarFormat::StateLine> stateLine() const;
+    std::optional<SidebarFormat::Hint> currentHint() const;
 
     SharedObjects shared_;
     const Clock& clock_;

@@ -1,8 +1,8 @@
 #pragma once
 
+#include "Views/Format/BoundingBoxText.h"
 #include "Views/Format/QueuedUpdate.h"
 #include "Views/SharedObjects.h"
-#include "Views/Format/BoundingBoxText.h"
 
 #include <QObject>
 #include <QStringList>
@@ -11,7 +11,6 @@
 
 namespace ostrella {
 
-struct ParameterInfo;
 struct PlatformWords;
 
 /// The sidebar's sections: what they show, and what the user edits in them. Main thread only.
@@ -23,7 +22,7 @@ class SidebarModel : public QObject {
     QML_ELEMENT
     QML_UNCREATABLE("made by the window")
 
-    /// The fixed texts by name: see SidebarTexts.
+    /// The fixed texts of SidebarText and OrientText by name; a switch is a map of its texts.
     Q_PROPERTY(QVariantMap texts READ texts CONSTANT)
 
     /// False during a run: nothing in the sections can be edited then.
@@ -67,8 +66,8 @@ class SidebarModel : public QObject {
     Q_PROPERTY(int turbulenceModel READ turbulenceModel WRITE setTurbulenceModel NOTIFY changed)
     /// The two switches belong to one model of turbulence.
     Q_PROPERTY(bool showsSwitches READ showsSwitches NOTIFY changed)
-    Q_PROPERTY(bool rotationCorrection READ rotationCorrection WRITE setRotationCorrection NOTIFY
-            changed)
+    Q_PROPERTY(
+        bool rotationCorrection READ rotationCorrection WRITE setRotationCorrection NOTIFY changed)
     Q_PROPERTY(bool transition READ transition WRITE setTransition NOTIFY changed)
 
 public:
@@ -138,6 +137,8 @@ private:
     SharedObjects shared_;
     QVariantMap texts_;
     BoundingBoxText boundingBox_;
+    /// The model or its orientation has changed since the box was asked for.
+    bool isBoxStale_ = false;
     QueuedUpdate update_;
 };
 

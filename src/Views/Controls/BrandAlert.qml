@@ -14,7 +14,7 @@ T.Dialog {
     modal: true
     focus: true
     padding: 16
-    width: Math.min(Theme.length(360), (parent?.width ?? 360) - 32)
+    width: Math.min(360 * Theme.lengthScale, (parent?.width ?? 360) - 32)
     implicitHeight: contentItem.implicitHeight + topPadding + bottomPadding
     closePolicy: T.Popup.CloseOnEscape
 
@@ -47,7 +47,7 @@ T.Dialog {
             font: Theme.body
             color: Theme.textSecondary
             wrapMode: Text.Wrap
-            lineHeight: Theme.length(18)
+            lineHeight: 18 * Theme.lengthScale
             lineHeightMode: Text.FixedHeight
             textFormat: Text.PlainText
         }

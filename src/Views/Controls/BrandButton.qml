@@ -38,7 +38,7 @@ T.Button {
                 visible: control.symbol !== ""
                 anchors.verticalCenter: parent.verticalCenter
                 name: control.symbol
-                size: Theme.length(16)
+                size: 16 * Theme.lengthScale
                 color: control.ink
             }
             Text {

@@ -9,7 +9,7 @@ T.Menu {
     margins: 8
     padding: 4
     overlap: 1
-    implicitWidth: Math.max(Theme.length(120), contentItem.implicitWidth + leftPadding + rightPadding)
+    implicitWidth: Math.max(120 * Theme.lengthScale, contentItem.implicitWidth + leftPadding + rightPadding)
     implicitHeight: contentItem.implicitHeight + topPadding + bottomPadding
 
     delegate: BrandMenuItem {}

@@ -48,7 +48,7 @@ T.MenuItem {
         x: 8
         y: (control.height - height) / 2
         name: "checkmark"
-        size: Theme.length(12)
+        size: 12 * Theme.lengthScale
         color: control.enabled ? Theme.accentPrimary : Theme.textDisabled
     }
 
@@ -57,7 +57,7 @@ T.MenuItem {
         x: control.width - width - 7
         y: (control.height - height) / 2
         name: "chevron.right"
-        size: Theme.length(12)
+        size: 12 * Theme.lengthScale
         color: control.enabled ? Theme.textTertiary : Theme.textDisabled
     }
 

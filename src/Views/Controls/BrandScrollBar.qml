@@ -16,7 +16,7 @@ T.ScrollBar {
 
     Behavior on opacity {
         NumberAnimation {
-            duration: Theme.duration(150)
+            duration: 150 * Theme.motion
             easing.type: Easing.OutQuad
         }
     }

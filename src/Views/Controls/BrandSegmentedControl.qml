@@ -49,7 +49,7 @@ Rectangle {
 
                 hoverEnabled: true
                 text: modelData.title
-                font: Theme.bodyMedium
+                font: Theme.segment
                 leftPadding: 12
                 rightPadding: 12
                 implicitHeight: Theme.segmentHeight

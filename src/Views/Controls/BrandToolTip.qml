@@ -13,7 +13,7 @@ T.ToolTip {
     rightPadding: 8
     topPadding: 4
     bottomPadding: 4
-    implicitWidth: Math.min(Theme.length(320), words.implicitWidth + leftPadding + rightPadding)
+    implicitWidth: Math.min(320 * Theme.lengthScale, words.implicitWidth + leftPadding + rightPadding)
     implicitHeight: contentItem.implicitHeight + topPadding + bottomPadding
     font: Theme.caption
     closePolicy: T.Popup.CloseOnEscape | T.Popup.CloseOnPressOutsideParent

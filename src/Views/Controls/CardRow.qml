@@ -7,14 +7,11 @@ Item {
 
     property string label: ""
     property string value: ""
-    // "primary", "success", "warning", "error", "info", or a colour of one's own.
-    property var tone: "primary"
+    property string tone: "normal" // "normal", "success", "warning" or "error"
 
-    readonly property color ink: tone === "primary" ? Theme.textPrimary
-        : tone === "success" ? Theme.statusSuccess
+    readonly property color ink: tone === "success" ? Theme.statusSuccess
         : tone === "warning" ? Theme.statusWarning
-        : tone === "error" ? Theme.statusError
-        : tone === "info" ? Theme.statusInfo : tone
+        : tone === "error" ? Theme.statusError : Theme.textPrimary
 
     implicitHeight: Theme.cardRowHeight
     implicitWidth: Math.ceil(title.implicitWidth + 12 + figure.implicitWidth)

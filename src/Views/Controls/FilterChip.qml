@@ -11,8 +11,8 @@ T.Button {
 
     hoverEnabled: true
     font: Theme.caption
-    leftPadding: 8
-    rightPadding: 8
+    leftPadding: 9
+    rightPadding: 9
     implicitHeight: Theme.chipHeight
     implicitWidth: Math.ceil(implicitContentWidth) + leftPadding + rightPadding
     Accessible.role: Accessible.RadioButton

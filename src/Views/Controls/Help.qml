@@ -1,12 +1,11 @@
 import QtQuick
-import QtQuick.Templates as T
 import Ostrella.Controls
 
 // Brings up a control's help while the pointer rests on it. Nothing is made before that.
 Loader {
     id: help
 
-    property T.Control control: null
+    property var control: null // with hovered
     property string text: ""
 
     active: control !== null && control.hovered && text !== ""

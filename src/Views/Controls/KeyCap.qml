@@ -20,7 +20,7 @@ Rectangle {
         id: label
         anchors.centerIn: parent
         text: cap.keys
-        font: Theme.label
+        font: Theme.keys
         color: cap.onAccent ? Theme.accentOn : Theme.textSecondary
         textFormat: Text.PlainText
     }

@@ -1,36 +1,23 @@
 #include "Views/Controls/NumberEditing.h"
 
-#include <QLocale>
-
-#include <algorithm>
-#include <cmath>
-#include <limits>
+#include "Views/Format/NumberField.h"
 
 namespace ostrella {
 
-QString NumberEditing::text(double value, int fewest, int most) {
-    QString text = QString::number(value, 'f', most);
-    while (most > fewest && text.endsWith(QLatin1Char('0'))) {
-        text.chop(1);
-        --most;
-    }
-    if (text.endsWith(QLatin1Char('.')))
-        text.chop(1);
-    return text;
+QString NumberEditing::text(double value, double from, double to, int fewest, int most) {
+    return QString::fromStdString(NumberField{from, to, fewest, most}.text(value));
 }
 
 bool NumberEditing::isNumber(const QString& text) {
-    return std::isfinite(number(text));
+    return NumberField::number(text.toStdString()).has_value();
 }
 
-double NumberEditing::number(const QString& text) {
-    bool read = false;
-    const double value = QLocale::c().toDouble(text.trimmed(), &read);
-    return read ? value : std::numeric_limits<double>::quiet_NaN();
+double NumberEditing::value(const QString& text, double before, double from, double to) {
+    return NumberField{from, to, 0, 0}.value(text.toStdString()).value_or(before);
 }
 
-double NumberEditing::within(double value, double from, double to) {
-    return std::isfinite(value) ? std::clamp(value, from, to) : from;
+double NumberEditing::inRange(double value, double from, double to) {
+    return NumberField{from, to, 0, 0}.inRange(value);
 }
 
 } // namespace ostrella

@@ -3,8 +3,6 @@ import Ostrella.Controls
 
 // The heading of a group or a card. It shows capitals, and is read as it is written.
 Text {
-    property string title: text
-
     color: Theme.textTertiary
     font: Theme.sectionLabel
     textFormat: Text.PlainText

@@ -17,17 +17,15 @@ T.TextField {
     property string help: ""
     readonly property bool invalid: activeFocus && !NumberEditing.isNumber(text)
     readonly property string shown: NumberEditing.text(
-        NumberEditing.within(value, from, to), fewestDigits, mostDigits)
+        value, from, to, fewestDigits, mostDigits)
 
     signal edited(real value)
 
     function take() {
-        if (NumberEditing.isNumber(text)) {
-            const taken = NumberEditing.within(NumberEditing.number(text), from, to);
-            // A text that is the shown one would only lose the digits that aren't shown.
-            if (text !== shown && taken !== value)
-                edited(taken);
-        }
+        // The shown text again would only lose the digits that aren't shown.
+        const taken = text === shown ? value : NumberEditing.value(text, value, from, to);
+        if (taken !== value)
+            edited(taken);
         text = shown;
     }
     function putBack() {
@@ -36,7 +34,7 @@ T.TextField {
     }
 
     hoverEnabled: true
-    implicitWidth: Theme.length(120)
+    implicitWidth: 120 * Theme.lengthScale
     implicitHeight: Theme.fieldHeight
     leftPadding: 8
     rightPadding: unit === "" ? 8 : Math.ceil(8 + sign.implicitWidth + 4)
@@ -52,14 +50,14 @@ T.TextField {
     Accessible.description: help
 
     onValueChanged: {
-        const kept = NumberEditing.within(value, from, to);
+        const kept = NumberEditing.inRange(value, from, to);
         if (!Object.is(kept, value))
             edited(kept);
     }
     onShownChanged: text = shown
     Component.onCompleted: {
         text = shown;
-        const kept = NumberEditing.within(value, from, to);
+        const kept = NumberEditing.inRange(value, from, to);
         if (!Object.is(kept, value))
             edited(kept);
     }
@@ -112,7 +110,7 @@ T.TextField {
     }
 
     Help {
-        control: null
+        control: field
         text: field.help
     }
 }

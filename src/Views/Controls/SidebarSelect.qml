@@ -50,7 +50,7 @@ T.ComboBox {
         x: control.width - width - 7
         y: (control.height - height) / 2
         name: "chevron.up.chevron.down"
-        size: Theme.length(12)
+        size: 12 * Theme.lengthScale
         color: control.enabled ? Theme.textTertiary : Theme.textDisabled
     }
 

@@ -46,7 +46,7 @@ T.Switch {
 
             Behavior on x {
                 NumberAnimation {
-                    duration: Theme.duration(150)
+                    duration: 150 * Theme.motion
                     easing.type: Easing.OutQuad
                 }
             }

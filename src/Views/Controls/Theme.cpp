@@ -70,7 +70,7 @@ void Theme::setReducedMotion(bool reduced) {
 }
 
 int Theme::length(int points) const {
-    return static_cast<int>(std::lround(points * std::max(1.0, textScale_)));
+    return static_cast<int>(std::lround(points * lengthScale()));
 }
 
 qreal Theme::line(qreal points, qreal devicePixelRatio) const {
@@ -156,7 +156,20 @@ QColor Theme::keyCapOnAccent() const {
 
 QFont Theme::sectionLabel() const {
     QFont font = label();
+    font.setCapitalization(QFont::AllUppercase);
     font.setLetterSpacing(QFont::AbsoluteSpacing, 0.055 * font.pixelSize());
+    return font;
+}
+
+QFont Theme::segment() const {
+    QFont font = caption();
+    font.setWeight(QFont::Medium);
+    return font;
+}
+
+QFont Theme::keys() const {
+    QFont font = label();
+    font.setWeight(QFont::Normal);
     return font;
 }
 

@@ -22,6 +22,9 @@ class Theme final : public QObject {
     Q_PROPERTY(bool dark READ isDark WRITE setDark NOTIFY changed)
     Q_PROPERTY(qreal textScale READ textScale WRITE setTextScale NOTIFY changed)
     Q_PROPERTY(bool reducedMotion READ reducedMotion WRITE setReducedMotion NOTIFY changed)
+    // Factors for bindings, which don't notice when a function's answer changes.
+    Q_PROPERTY(qreal lengthScale READ lengthScale NOTIFY changed)
+    Q_PROPERTY(int motion READ motion NOTIFY changed)
 
     Q_PROPERTY(QColor surfaceBase READ surfaceBase NOTIFY changed)
     Q_PROPERTY(QColor surfaceRaised READ surfaceRaised NOTIFY changed)
@@ -63,6 +66,8 @@ class Theme final : public QObject {
     Q_PROPERTY(QFont body READ body NOTIFY changed)
     Q_PROPERTY(QFont bodyMedium READ bodyMedium NOTIFY changed)
     Q_PROPERTY(QFont hero READ hero NOTIFY changed)
+    Q_PROPERTY(QFont segment READ segment NOTIFY changed)
+    Q_PROPERTY(QFont keys READ keys NOTIFY changed)
     Q_PROPERTY(QFont title READ title NOTIFY changed)
     Q_PROPERTY(QFont display READ display NOTIFY changed)
     // The same with digits of one width, for numbers that change.
@@ -127,6 +132,10 @@ public:
 
     /// A movement's time in milliseconds: none with reduced motion.
     Q_INVOKABLE int duration(int milliseconds) const { return reducedMotion_ ? 0 : milliseconds; }
+    /// 1, or 0 with reduced motion.
+    int motion() const { return reducedMotion_ ? 0 : 1; }
+    /// How much lengths grow with the text; they never shrink.
+    qreal lengthScale() const { return textScale_ > 1 ? textScale_ : 1; }
     /// A length of the design in points, grown with the text.
     Q_INVOKABLE int length(int points) const;
     /// A line's width in points that covers whole device pixels, at least one.
@@ -181,6 +190,10 @@ public:
     QFont monoSmall() const { return font(Brand::Typeface::monoSmall); }
     QFont mono() const { return font(Brand::Typeface::mono); }
     QFont monoSemibold() const;
+    /// Of segments: between caption and body.
+    QFont segment() const;
+    /// Of key caps: `label` without its weight.
+    QFont keys() const;
     QFont caption() const { return font(Brand::Typeface::caption); }
     QFont body() const { return font(Brand::Typeface::body); }
     QFont bodyMedium() const { return font(Brand::Typeface::bodyMedium); }

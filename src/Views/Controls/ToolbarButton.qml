@@ -14,10 +14,10 @@ T.Button {
 
     hoverEnabled: true
     font: Theme.label
-    leftPadding: 10
-    rightPadding: 10
+    leftPadding: 8
+    rightPadding: 8
     implicitHeight: Theme.itemHeight
-    implicitWidth: Math.max(Theme.length(52), Math.ceil(implicitContentWidth) + leftPadding + rightPadding)
+    implicitWidth: Math.max(52 * Theme.lengthScale, Math.ceil(implicitContentWidth) + leftPadding + rightPadding)
     Accessible.description: help
 
     contentItem: Item {
@@ -28,7 +28,7 @@ T.Button {
             anchors.horizontalCenter: parent.horizontalCenter
             y: Math.round((parent.height - size - label.height) / 2) - 1
             name: control.symbol
-            size: Theme.length(18)
+            size: 18 * Theme.lengthScale
             color: !control.enabled ? Theme.textDisabled
                 : control.on ? Theme.accentPrimary
                 : control.hovered || control.down ? Theme.textPrimary : Theme.textSecondary
@@ -36,7 +36,7 @@ T.Button {
         Text {
             id: label
             anchors.horizontalCenter: parent.horizontalCenter
-            y: Math.round((parent.height + Theme.length(18) - height) / 2) + 1
+            y: Math.round((parent.height + 18 * Theme.lengthScale - height) / 2) + 1
             text: control.text
             font: control.font
             color: !control.enabled ? Theme.textDisabled

@@ -1,0 +1,137 @@
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import Ostrella.Controls
+import Ostrella.Panel
+
+// One chart: its title and note, its plot with numbers on both axes, and the legend below.
+Item {
+    id: block
+
+    required property ChartModel chart
+    readonly property int numberGap: 8
+
+    Accessible.role: Accessible.Chart
+    Accessible.name: chart.title
+    Accessible.description: chart.description
+
+    Text {
+        id: title
+
+        x: Theme.edge
+        y: Theme.length(18) - height / 2
+        text: block.chart.title
+        font: Theme.label
+        color: Theme.textSecondary
+        textFormat: Text.PlainText
+    }
+
+    Text {
+        anchors {
+            left: title.right
+            leftMargin: 12
+            right: parent.right
+            rightMargin: Theme.edge
+            verticalCenter: title.verticalCenter
+        }
+        horizontalAlignment: Text.AlignRight
+        elide: Text.ElideRight
+        text: block.chart.note
+        font: Theme.monoSmall
+        color: Theme.textTertiary
+        textFormat: Text.PlainText
+    }
+
+    TextMetrics {
+        id: longest
+        font: Theme.monoSmall
+        text: block.chart.longestValue
+    }
+
+    Item {
+        id: axis
+
+        readonly property real numbers: Math.max(Theme.length(28), Math.ceil(longest.advanceWidth))
+
+        x: Theme.edge + numbers + block.numberGap
+        y: Theme.length(36) - plot.plot.y
+        width: Math.max(0, block.width - x - Theme.edge)
+        height: Math.max(0, block.height - y - Theme.length(49) + plot.plot.y)
+
+        ChartItem {
+            id: plot
+            anchors.fill: parent
+            chart: block.chart
+        }
+
+        Item {
+            Accessible.role: Accessible.StaticText
+            Accessible.name: block.chart.axisName
+            width: 1
+            height: parent.height
+
+            Repeater {
+                model: block.chart.valueTicks
+
+                Text {
+                    required property var modelData
+
+                    x: -block.numberGap - width
+                    y: Math.round(plot.plot.y + (1 - modelData.at) * plot.plot.height - height / 2)
+                    text: modelData.text
+                    font: Theme.monoSmall
+                    color: Theme.textTertiary
+                    textFormat: Text.PlainText
+                }
+            }
+        }
+
+        Repeater {
+            model: block.chart.iterationTicks
+
+            Text {
+                required property var modelData
+
+                x: Math.round(plot.plot.x + modelData.at * plot.plot.width - width / 2)
+                y: Math.round(plot.plot.y + plot.plot.height + Theme.length(12) - height / 2)
+                text: modelData.text
+                font: Theme.monoSmall
+                color: Theme.textTertiary
+                textFormat: Text.PlainText
+            }
+        }
+    }
+
+    Row {
+        x: Theme.edge
+        y: block.height - Theme.length(20) - height / 2
+        spacing: 14
+
+        Repeater {
+            model: block.chart.legend
+
+            Row {
+                id: entry
+
+                required property var modelData
+
+                spacing: 8
+
+                Rectangle {
+                    anchors.verticalCenter: parent.verticalCenter
+                    width: 10
+                    height: 2
+                    radius: 1
+                    color: entry.modelData.color
+                }
+
+                Text {
+                    text: entry.modelData.label
+                    font: Theme.caption
+                    color: Theme.textSecondary
+                    textFormat: Text.PlainText
+                }
+            }
+        }
+    }
+}

@@ -64,5 +64,12 @@ TEST(LogFormatting, joinsTimeTagAndText) {
     EXPECT_EQ(LogFormatting::line(line), "09:05:07 [OK] Mesh built · 12 cells");
 }
 
+TEST(LogFormatting, HeaderTellsTheLinesOnShow) {
+    EXPECT_EQ(LogFormatting::headerText(1, false), "1 line");
+    EXPECT_EQ(LogFormatting::headerText(0, false), "0 lines");
+    EXPECT_EQ(LogFormatting::headerText(1234, true), "1\u00A0234 lines · auto-scroll");
+    EXPECT_EQ(LogFormatting::headerText(1, true), "1 line · auto-scroll");
+}
+
 } // namespace
 } // namespace ostrella

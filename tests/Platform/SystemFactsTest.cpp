@@ -26,5 +26,28 @@ TEST(SystemFacts, TheGraphicsInterfaceHasANameOrIsSaidToBeMissing) {
         SystemFacts::graphicsLabel(), testing::AnyOf("OpenGL", "Vulkan", "no graphics device"));
 }
 
+TEST(SystemFacts, TheProcessorsNameIsThatOfTheFirstOne) {
+    EXPECT_EQ(
+        SystemFacts::chipNameIn("processor\t: 0\nmodel\t\t: 143\nmodel name\t:  A Chip @ 2 GHz "
+                                "\nprocessor\t: 1\nmodel name\t: Another\n"),
+        "A Chip @ 2 GHz");
+    EXPECT_EQ(SystemFacts::chipNameIn("model name: no newline"), "no newline");
+}
+
+TEST(SystemFacts, AProcessorMayHaveNoName) {
+    EXPECT_EQ(SystemFacts::chipNameIn(""), std::nullopt);
+    EXPECT_EQ(SystemFacts::chipNameIn("model name\t: \t\n"), std::nullopt);
+    EXPECT_EQ(SystemFacts::chipNameIn("model name\n"), std::nullopt);
+    EXPECT_EQ(SystemFacts::chipNameIn("model names\t: two\nvendor\t: x\n"), std::nullopt);
+}
+
+TEST(SystemFacts, FreeSpaceOfAVolume) {
+    const auto free = SystemFacts::availableCapacity(std::filesystem::temp_directory_path());
+    ASSERT_TRUE(free);
+    EXPECT_GT(*free, 0);
+    EXPECT_EQ(SystemFacts::availableCapacity("/no/such/place"), std::nullopt);
+    EXPECT_EQ(SystemFacts::availableCapacity(""), std::nullopt);
+}
+
 } // namespace
 } // namespace ostrella

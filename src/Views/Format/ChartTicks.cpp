@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <limits>
 
 namespace ostrella::ChartTicks {
 
@@ -25,6 +26,7 @@ struct Step {
     int power = 0;
 
     double width() const { return digits * std::pow(10.0, power); }
+    bool isHalf() const { return digits != std::trunc(digits); }
 
     /// The `count`th multiple; exact decimals as near as a double comes.
     double multiple(double count) const {
@@ -32,9 +34,11 @@ struct Step {
     }
 };
 
-/// Ascending, and none more than twice the one before: so that 4 to 6 ticks always fit around a
-/// range.
+/// None more than twice the one before: a range of 2 to 4 steps has 3 to 5 intervals around it, and
+/// so there is always a step that fits.
 constexpr std::array stepDigits{1.0, 2.0, 2.5, 5.0};
+/// A step of 2.5 asks for one more digit; it must leave that much less room empty.
+constexpr double halfPenalty = 1.15;
 
 /// A range that an axis can be made for.
 ChartRange drawable(const std::optional<ChartRange>& range) {
@@ -62,6 +66,7 @@ struct Choice {
     double last = 0;
 
     double intervals() const { return last - first; }
+    double width() const { return intervals() * step.width(); }
 };
 
 Choice around(const ChartRange& range, const Step& step) {
@@ -73,27 +78,24 @@ Choice around(const ChartRange& range, const Step& step) {
 
 /// The step of 3 to 5 intervals that leaves the least room empty.
 Choice bestAround(const ChartRange& range) {
-    const double span = range.max - range.min;
-    const int power = static_cast<int>(std::floor(std::log10(span)));
-    std::optional<Choice> best;
+    const int power = static_cast<int>(std::floor(std::log10(range.max - range.min)));
+    Choice best = around(range, {1, power});
+    double leastCost = std::numeric_limits<double>::infinity();
     for (int p = power - 2; p <= power + 1; ++p) {
         for (const double digits : stepDigits) {
             const Choice choice = around(range, {digits, p});
-            const double intervals = choice.intervals();
-            if (intervals < 3 || intervals > 5) {
-                continue;
-            }
-            if (!best || intervals * choice.step.width() < best->intervals() * best->step.width()) {
+            const double cost = choice.width() * (choice.step.isHalf() ? halfPenalty : 1);
+            if (choice.intervals() >= 3 && choice.intervals() <= 5 && cost < leastCost) {
                 best = choice;
+                leastCost = cost;
             }
         }
     }
-    return best.value_or(around(range, {1, power}));
+    return best;
 }
 
 int decimals(const Step& step) {
-    const bool isHalf = step.digits != std::trunc(step.digits);
-    return std::max(0, (isHalf ? 1 : 0) - step.power);
+    return std::max(0, (step.isHalf() ? 1 : 0) - step.power);
 }
 
 std::string label(double value, const Choice& choice) {
@@ -106,9 +108,8 @@ std::string label(double value, const Choice& choice) {
         return "0";
     }
     // As many digits as tell neighbours apart.
-    const int order = static_cast<int>(std::floor(std::log10(std::abs(value))));
-    const bool isHalf = choice.step.digits != std::trunc(choice.step.digits);
-    const int digits = order - choice.step.power + (isHalf ? 1 : 0);
+    const int order = static_cast<int>(std::floor(std::log10(magnitude)));
+    const int digits = order - choice.step.power + (choice.step.isHalf() ? 1 : 0);
     return fmt::format("{:.{}e}", value, std::clamp(digits, 0, 9));
 }
 

@@ -30,21 +30,21 @@ struct StatusCounter {
 struct StatusLine {
     std::string text;
     ChromeTone tone = ChromeTone::idle;
-    std::vector<StatusCounter> counters;
+    std::vector<StatusCounter> counters = {};
 
     struct Inputs {
         /// The phase to show.
-        RunPhase phase;
+        RunPhase phase = {};
         /// Triangles of the loaded model.
-        std::optional<std::int64_t> facets;
+        std::optional<std::int64_t> facets = {};
         /// Cells of the volume mesh.
-        std::optional<std::int64_t> cells;
+        std::optional<std::int64_t> cells = {};
         /// Iterations done so far.
-        std::optional<std::int64_t> iteration;
+        std::optional<std::int64_t> iteration = {};
         /// Iteration limit of the run.
         std::int64_t maxIterations = 0;
         /// Figures of the finished run.
-        std::optional<RunSummary> summary;
+        std::optional<RunSummary> summary = {};
     };
 
     static StatusLine make(const Inputs& inputs);

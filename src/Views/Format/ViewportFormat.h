@@ -55,24 +55,24 @@ std::vector<CardRowModel> solverRows(std::optional<double> rmsP, std::optional<d
 
 struct ResultInput {
     /// Of the model.
-    std::optional<std::string> fileName;
-    std::optional<std::int64_t> cells;
-    std::optional<RunSummary> summary;
+    std::optional<std::string> fileName = {};
+    std::optional<std::int64_t> cells = {};
+    std::optional<RunSummary> summary = {};
     /// Least and greatest of the surface's scalar.
-    std::optional<std::pair<float, float>> cpRange;
+    std::optional<std::pair<float, float>> cpRange = {};
     /// Number of lines.
-    std::optional<std::int64_t> streamlines;
+    std::optional<std::int64_t> streamlines = {};
 };
 
 std::vector<CardRowModel> resultRows(const ResultInput& input);
 
 struct GeometryInput {
-    std::optional<std::string> fileName;
+    std::optional<std::string> fileName = {};
     std::int64_t facets = 0;
-    std::optional<std::string> boundingBoxText;
+    std::optional<std::string> boundingBoxText = {};
     /// Degrees.
     glm::dvec3 rotation{0.0};
-    std::optional<std::int64_t> openEdges;
+    std::optional<std::int64_t> openEdges = {};
 };
 
 std::vector<CardRowModel> geometryRows(const GeometryInput& input);
@@ -99,7 +99,7 @@ struct Legend {
     float min = 0;
     float max = 1;
     std::string label;
-    std::string unit;
+    std::string unit = {};
 
     bool operator==(const Legend&) const = default;
 };

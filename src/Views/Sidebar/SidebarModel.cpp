@@ -18,7 +18,6 @@
 
 #include <algorithm>
 #include <array>
-#include <utility>
 
 namespace ostrella {
 
@@ -137,10 +136,16 @@ SidebarModel::SidebarModel(const SharedObjects& shared, const PlatformWords& wor
     : QObject(parent),
       shared_(shared),
       texts_(sidebarTexts(words)),
-      boundingBox_([this] { update_.schedule(); }),
+      boundingBox_([this] {
+          // While the box is stale an update is on its way already, or going on.
+          if (!isBoxStale_) {
+              update_.schedule();
+          }
+      }),
       update_(this, [this] {
-          if (std::exchange(isBoxStale_, false)) {
+          if (isBoxStale_) {
               refreshBoundingBox();
+              isBoxStale_ = false;
           }
           Q_EMIT changed();
       }) {

@@ -16,8 +16,7 @@ namespace {
 
 constexpr float lineWidth = 1.5F;
 constexpr float dotDiameter = 4.5F;
-/// Room for half a dot around the axes' ends, and on the right for iterations to come.
-constexpr qreal margin = 3;
+/// Room on the right for iterations to come, as a part of the width.
 constexpr qreal roomAhead = 0.06;
 
 StrokeMesh::Color premultiplied(const QColor& color) {
@@ -61,8 +60,8 @@ void ChartItem::setChart(ChartModel* chart) {
 
 QRectF ChartItem::plot() const {
     const qreal ahead = std::round(width() * roomAhead);
-    return {margin, margin, std::max(1.0, width() - 2 * margin - ahead),
-        std::max(1.0, height() - 2 * margin)};
+    return {margin(), margin(), std::max(1.0, width() - 2 * margin() - ahead),
+        std::max(1.0, height() - 2 * margin())};
 }
 
 qreal ChartItem::pixelsPerPoint() const {

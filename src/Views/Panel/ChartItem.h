@@ -18,6 +18,8 @@ class ChartItem : public QQuickItem {
     Q_OBJECT
     QML_ELEMENT
     Q_PROPERTY(ostrella::ChartModel* chart READ chart WRITE setChart NOTIFY chartChanged)
+    /// How far the plot lies within the item's edges, in points.
+    Q_PROPERTY(qreal margin READ margin CONSTANT)
     /// Where the axes' ends lie, in points from the item's top left corner.
     Q_PROPERTY(QRectF plot READ plot NOTIFY plotChanged)
 
@@ -27,6 +29,7 @@ public:
 
     ChartModel* chart() const { return chart_; }
     void setChart(ChartModel* chart);
+    qreal margin() const { return 3; }
     QRectF plot() const;
 
     /// What is drawn, bottom first: for tests.

@@ -54,9 +54,9 @@ Item {
         readonly property real numbers: Math.max(Theme.length(28), Math.ceil(longest.advanceWidth))
 
         x: Theme.edge + numbers + block.numberGap
-        y: Theme.length(36) - plot.plot.y
+        y: Theme.length(36) - plot.margin
         width: Math.max(0, block.width - x - Theme.edge)
-        height: Math.max(0, block.height - y - Theme.length(49) + plot.plot.y)
+        height: Math.max(0, block.height - y - Theme.length(49) + plot.margin)
 
         ChartItem {
             id: plot

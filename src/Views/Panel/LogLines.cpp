@@ -6,8 +6,8 @@
 
 namespace ostrella {
 
-LogLines::LogLines(const LogStore& log, QObject* parent)
-    : QObject(parent), log_(log), taken_(log.lines().size()) {
+LogLines::LogLines(const LogStore& log, QObject* parent) : QObject(parent), log_(log) {
+    takeLevels();
     timer_.setSingleShot(true);
     timer_.setTimerType(Qt::PreciseTimer);
     connect(&timer_, &QTimer::timeout, this, &LogLines::takeIn);
@@ -20,9 +20,9 @@ void LogLines::setFilter(LogFilter filter) {
         return;
     }
     filter_ = filter;
-    taken_ = 0;
+    takeLevels();
     chosen_ = {};
-    choose();
+    choose(0);
     Q_EMIT changed();
 }
 
@@ -33,7 +33,7 @@ std::size_t LogLines::number(std::size_t row) const {
 
 std::size_t LogLines::rowAtOrAfter(std::size_t number) const {
     if (filter_ == LogFilter::all) {
-        return std::min(number, taken_);
+        return std::min(number, levels_.size());
     }
     const auto found = std::lower_bound(chosen_.begin(), chosen_.end(), number);
     return static_cast<std::size_t>(found - chosen_.begin());
@@ -42,7 +42,9 @@ std::size_t LogLines::rowAtOrAfter(std::size_t number) const {
 void LogLines::takeIn() {
     timer_.stop();
     const std::size_t before = size();
-    choose();
+    const std::size_t known = levels_.size();
+    takeLevels();
+    choose(known);
     if (size() != before) {
         sinceLast_.start();
         Q_EMIT changed();
@@ -56,17 +58,23 @@ void LogLines::schedule() {
     }
 }
 
-void LogLines::choose() {
+void LogLines::takeLevels() {
     const auto& lines = log_.lines();
-    if (filter_ != LogFilter::all) {
-        for (auto line = lines.begin() + static_cast<std::ptrdiff_t>(taken_); line != lines.end();
-             ++line) {
-            if (passes(filter_, line->level)) {
-                chosen_.push_back(static_cast<std::uint32_t>(line - lines.begin()));
-            }
+    for (auto line = lines.begin() + static_cast<std::ptrdiff_t>(levels_.size());
+         line != lines.end(); ++line) {
+        levels_.push_back(line->level);
+    }
+}
+
+void LogLines::choose(std::size_t from) {
+    if (filter_ == LogFilter::all) {
+        return;
+    }
+    for (std::size_t number = from; number < levels_.size(); ++number) {
+        if (passes(filter_, levels_[number])) {
+            chosen_.push_back(static_cast<std::uint32_t>(number));
         }
     }
-    taken_ = lines.size();
 }
 
 } // namespace ostrella

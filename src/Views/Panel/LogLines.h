@@ -36,7 +36,7 @@ public:
 
     /// The lines taken in that the filter lets through.
     qsizetype count() const { return static_cast<qsizetype>(size()); }
-    std::size_t size() const { return filter_ == LogFilter::all ? taken_ : chosen_.size(); }
+    std::size_t size() const { return filter_ == LogFilter::all ? levels_.size() : chosen_.size(); }
     bool empty() const { return size() == 0; }
     const LogStore::Line& operator[](std::size_t row) const { return log_.lines()[number(row)]; }
     /// The place of a row's line in the whole log, which names it for good: lines stay.
@@ -54,12 +54,14 @@ Q_SIGNALS:
 
 private:
     void schedule();
-    void choose();
+    void takeLevels();
+    void choose(std::size_t from);
 
     const LogStore& log_;
     LogFilter filter_ = LogFilter::all;
-    /// How many of the log's lines have been looked at.
-    std::size_t taken_ = 0;
+    /// The levels of the lines that have been taken in, side by side, so that another filter need
+    /// not go through the lines themselves.
+    std::vector<LogStore::Level> levels_;
     /// The places of those that the filter lets through, unless it is all.
     std::vector<std::uint32_t> chosen_;
     QTimer timer_;

@@ -26,14 +26,15 @@ Item {
             model: view.visibleRows
 
             Item {
-                required property string text
-                required property real top
-                required height
+                required property string rowText
+                required property real rowTop
+                required property real rowHeight
 
-                y: top
+                y: rowTop
                 width: view.width
+                height: rowHeight
                 Accessible.role: Accessible.ListItem
-                Accessible.name: text
+                Accessible.name: rowText
             }
         }
     }

@@ -35,6 +35,7 @@ LogView::~LogView() {
 }
 
 void LogView::accessibilityActiveChanged(bool active) {
+    isReadOut_ = active;
     if (active && isLaidOut()) {
         placed();
     }
@@ -127,7 +128,7 @@ void LogView::placed() {
         std::erase_if(rows_,
             [first, last](const auto& entry) { return entry.first < first || entry.first > last; });
     }
-    if (QAccessible::isActive()) {
+    if (isReadOut_) {
         std::vector<LogVisibleRows::Row> rows;
         for (const LogScroll::Row& row : visible) {
             rows.push_back({rowOf(row.row).plainText(), row.top, row.height});

@@ -112,6 +112,7 @@ private:
     LogScroll scroll_;
     std::unordered_map<std::size_t, std::unique_ptr<LogRow>> rows_;
     LogVisibleRows visibleRows_;
+    bool isReadOut_ = QAccessible::isActive();
 
     LogSelection selection_;
     std::unique_ptr<LogCopy> copy_;

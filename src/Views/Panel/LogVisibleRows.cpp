@@ -49,8 +49,8 @@ QVariant LogVisibleRows::data(const QModelIndex& index, int role) const {
 }
 
 QHash<int, QByteArray> LogVisibleRows::roleNames() const {
-    return {{textRole, QByteArrayLiteral("text")}, {topRole, QByteArrayLiteral("top")},
-        {heightRole, QByteArrayLiteral("height")}};
+    return {{textRole, QByteArrayLiteral("rowText")}, {topRole, QByteArrayLiteral("rowTop")},
+        {heightRole, QByteArrayLiteral("rowHeight")}};
 }
 
 } // namespace ostrella

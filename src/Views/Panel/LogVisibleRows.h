@@ -8,8 +8,8 @@
 
 namespace ostrella {
 
-/// The rows of the log that are in view, for those who have them read aloud: `text`, and `top` and
-/// `height` in points from the view's top.
+/// The rows of the log that are in view, for those who have them read aloud: `rowText`, and
+/// `rowTop` and `rowHeight` in points from the view's top.
 class LogVisibleRows : public QAbstractListModel {
     Q_OBJECT
     QML_ELEMENT

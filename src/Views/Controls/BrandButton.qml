@@ -23,7 +23,9 @@ T.Button {
     rightPadding: keyCap !== "" ? 6 : leftPadding
     implicitHeight: small ? Theme.fieldHeight : Theme.buttonHeight
     implicitWidth: Math.ceil(implicitContentWidth) + leftPadding + rightPadding
+    Accessible.name: text
     Accessible.description: help
+    Accessible.onPressAction: clicked()
 
     contentItem: Item {
         implicitWidth: row.implicitWidth

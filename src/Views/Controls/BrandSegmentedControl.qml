@@ -53,18 +53,27 @@ Rectangle {
                 leftPadding: 12
                 rightPadding: 12
                 implicitHeight: Theme.segmentHeight
-                implicitWidth: Math.ceil(implicitContentWidth) + leftPadding + rightPadding
+                // As wide as when it is chosen, so that nothing moves.
+                implicitWidth: Math.round(chosenText.advanceWidth) + leftPadding + rightPadding
                 focusPolicy: chosen ? Qt.StrongFocus : Qt.ClickFocus
                 onClicked: control.choose(index, Qt.MouseFocusReason)
                 Keys.onLeftPressed: control.choose(index - 1, Qt.TabFocusReason)
                 Keys.onRightPressed: control.choose(index + 1, Qt.TabFocusReason)
                 Accessible.role: Accessible.PageTab
+                Accessible.name: text
+                Accessible.onPressAction: clicked()
                 Accessible.selectable: true
                 Accessible.selected: chosen
 
+                TextMetrics {
+                    id: chosenText
+                    font: Theme.segment
+                    text: segment.text
+                }
+
                 contentItem: Text {
                     text: segment.text
-                    font: segment.font
+                    font: segment.chosen ? Theme.segment : Theme.caption
                     color: !segment.enabled ? Theme.textDisabled
                         : segment.chosen || segment.hovered ? Theme.textPrimary
                         : Theme.textSecondary

@@ -16,9 +16,11 @@ T.Button {
     implicitHeight: Theme.chipHeight
     implicitWidth: Math.ceil(implicitContentWidth) + leftPadding + rightPadding
     Accessible.role: Accessible.RadioButton
+    Accessible.name: text
     Accessible.checkable: true
     Accessible.checked: selected
     Accessible.description: help
+    Accessible.onPressAction: clicked()
 
     contentItem: Text {
         text: control.text

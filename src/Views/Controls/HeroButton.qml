@@ -17,7 +17,9 @@ T.Button {
     rightPadding: 16
     implicitHeight: Theme.runHeight
     implicitWidth: Math.ceil(implicitContentWidth) + leftPadding + rightPadding
+    Accessible.name: text
     Accessible.description: help
+    Accessible.onPressAction: clicked()
 
     contentItem: Item {
         implicitWidth: row.implicitWidth

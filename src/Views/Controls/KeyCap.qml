@@ -9,7 +9,7 @@ Rectangle {
     property bool onAccent: false
 
     implicitHeight: Theme.keyCapHeight
-    implicitWidth: Math.max(implicitHeight, Math.ceil(label.implicitWidth) + 10)
+    implicitWidth: Math.max(implicitHeight + 2, Math.round(label.implicitWidth) + 9)
     radius: Theme.keyCapRadius
     color: onAccent ? Theme.keyCapOnAccent : Theme.washHover
     border.width: onAccent ? 0 : 1

@@ -12,7 +12,9 @@ T.Button {
     font: Theme.body
     implicitWidth: Math.ceil(implicitContentWidth) + leftPadding + rightPadding
     implicitHeight: Math.ceil(implicitContentHeight) + topPadding + bottomPadding
+    Accessible.name: text
     Accessible.description: help
+    Accessible.onPressAction: clicked()
 
     contentItem: Text {
         text: control.text

@@ -19,11 +19,21 @@ T.TextField {
     readonly property string shown: NumberEditing.text(
         value, from, to, fewestDigits, mostDigits)
 
+    // Before, the range may not be the one that is meant.
+    property bool complete: false
+    readonly property bool pending: text !== shown
+
     signal edited(real value)
+
+    function bringInRange() {
+        const kept = NumberEditing.inRange(value, from, to);
+        if (kept !== value)
+            edited(kept);
+    }
 
     function take() {
         // The shown text again would only lose the digits that aren't shown.
-        const taken = text === shown ? value : NumberEditing.value(text, value, from, to);
+        const taken = !pending ? value : NumberEditing.value(text, value, from, to);
         if (taken !== value)
             edited(taken);
         text = shown;
@@ -50,16 +60,14 @@ T.TextField {
     Accessible.description: help
 
     onValueChanged: {
-        const kept = NumberEditing.inRange(value, from, to);
-        if (!Object.is(kept, value))
-            edited(kept);
+        if (complete)
+            Qt.callLater(bringInRange);
     }
     onShownChanged: text = shown
     Component.onCompleted: {
+        complete = true;
         text = shown;
-        const kept = NumberEditing.inRange(value, from, to);
-        if (!Object.is(kept, value))
-            edited(kept);
+        bringInRange();
     }
     onActiveFocusChanged: {
         if (!activeFocus) {
@@ -70,15 +78,25 @@ T.TextField {
             selectAll();
         }
     }
-    Keys.onReturnPressed: {
+    // Keys that mean something else to the window are the field's while a text waits to be taken.
+    Keys.onShortcutOverride: event => {
+        event.accepted = pending && (event.key === Qt.Key_Return || event.key === Qt.Key_Enter
+            || event.key === Qt.Key_Escape);
+    }
+    Keys.onReturnPressed: event => {
+        event.accepted = pending;
         take();
         selectAll();
     }
-    Keys.onEnterPressed: {
+    Keys.onEnterPressed: event => {
+        event.accepted = pending;
         take();
         selectAll();
     }
-    Keys.onEscapePressed: putBack()
+    Keys.onEscapePressed: event => {
+        event.accepted = pending;
+        putBack();
+    }
     Keys.onUpPressed: event => { event.accepted = true; }
     Keys.onDownPressed: event => { event.accepted = true; }
 

@@ -13,7 +13,15 @@ T.ComboBox {
     property int index: 0
     property string help: ""
 
+    readonly property real widest:
+        options.reduce((widest, option) => Math.max(widest, metrics.advanceWidth(option)), 0)
+
     signal chosen(int index)
+
+    FontMetrics {
+        id: metrics
+        font: control.font
+    }
 
     hoverEnabled: true
     wheelEnabled: false
@@ -25,6 +33,7 @@ T.ComboBox {
     rightPadding: 26
     Accessible.name: label
     Accessible.description: help
+    Accessible.onPressAction: popup.open()
 
     onIndexChanged: currentIndex = index
     onModelChanged: currentIndex = index
@@ -33,7 +42,16 @@ T.ComboBox {
         // What is shown follows what is set, not what was asked for.
         if (row !== index)
             chosen(row);
-        currentIndex = Qt.binding(() => control.index);
+        currentIndex = index;
+    }
+    Keys.onUpPressed: event => openBy(event)
+    Keys.onDownPressed: event => openBy(event)
+
+    // Arrows open the menu before they choose from it.
+    function openBy(event: var) {
+        event.accepted = !popup.visible;
+        if (!popup.visible)
+            popup.open();
     }
 
     contentItem: Text {
@@ -82,7 +100,7 @@ T.ComboBox {
 
     popup: T.Popup {
         y: -4 - Math.max(0, control.currentIndex) * Theme.fieldHeight
-        width: Math.max(control.width, menu.contentItem.childrenRect.width + 8)
+        width: Math.max(control.width, Math.ceil(control.widest) + 26 + 10 + 8)
         height: Math.min(contentItem.implicitHeight + 8, control.Window.height - 16)
         margins: 8
         padding: 4

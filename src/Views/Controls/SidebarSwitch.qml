@@ -18,6 +18,8 @@ T.Switch {
     checked: isOn
     Accessible.name: label
     Accessible.description: help
+    Accessible.onPressAction: toggledByUser(!isOn)
+    Accessible.onToggleAction: toggledByUser(!isOn)
 
     onToggled: {
         const wanted = checked;

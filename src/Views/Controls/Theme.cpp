@@ -154,6 +154,12 @@ QColor Theme::keyCapOnAccent() const {
     return white(0.28F);
 }
 
+QColor Theme::progressFill() const {
+    QColor fill = accentPrimary();
+    fill.setAlphaF(0.20F);
+    return fill;
+}
+
 QFont Theme::sectionLabel() const {
     QFont font = label();
     font.setCapitalization(QFont::AllUppercase);

@@ -55,6 +55,7 @@ class Theme final : public QObject {
     Q_PROPERTY(QColor accentHover READ accentHover NOTIFY changed)
     Q_PROPERTY(QColor fieldFill READ fieldFill NOTIFY changed)
     Q_PROPERTY(QColor segmentFill READ segmentFill NOTIFY changed)
+    Q_PROPERTY(QColor progressFill READ progressFill NOTIFY changed)
     Q_PROPERTY(QColor keyCapOnAccent READ keyCapOnAccent NOTIFY changed)
 
     Q_PROPERTY(QFont label READ label NOTIFY changed)
@@ -183,6 +184,8 @@ public:
     /// Of the segment that is chosen.
     QColor segmentFill() const;
     QColor keyCapOnAccent() const;
+    /// Over a progress bar's track, from its start.
+    QColor progressFill() const;
 
     QFont label() const { return font(Brand::Typeface::label); }
     /// `label` with the spacing of capitals.

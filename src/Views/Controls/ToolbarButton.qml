@@ -17,8 +17,20 @@ T.Button {
     leftPadding: 8
     rightPadding: 8
     implicitHeight: Theme.itemHeight
-    implicitWidth: Math.max(52 * Theme.lengthScale, Math.ceil(implicitContentWidth) + leftPadding + rightPadding)
+    implicitWidth: Math.max(52 * Theme.lengthScale, Math.round(implicitContentWidth) + leftPadding + rightPadding)
+    Accessible.name: text
     Accessible.description: help
+    Accessible.onPressAction: press()
+    Accessible.checkable: checkable
+    Accessible.checked: checked
+    Accessible.onToggleAction: press()
+
+    // As a click does, for who has no pointer.
+    function press() {
+        if (checkable)
+            toggle();
+        clicked();
+    }
 
     contentItem: Item {
         implicitWidth: label.implicitWidth
@@ -26,7 +38,7 @@ T.Button {
 
         Symbol {
             anchors.horizontalCenter: parent.horizontalCenter
-            y: Math.round((parent.height - size - label.height) / 2) - 1
+            y: Math.round((parent.height - size - label.height) / 2)
             name: control.symbol
             size: 18 * Theme.lengthScale
             color: !control.enabled ? Theme.textDisabled
@@ -36,7 +48,7 @@ T.Button {
         Text {
             id: label
             anchors.horizontalCenter: parent.horizontalCenter
-            y: Math.round((parent.height + 18 * Theme.lengthScale - height) / 2) + 1
+            y: Math.round((parent.height + 18 * Theme.lengthScale - height) / 2) + 2
             text: control.text
             font: control.font
             color: !control.enabled ? Theme.textDisabled

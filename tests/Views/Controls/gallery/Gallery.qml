@@ -187,7 +187,7 @@ Rectangle {
                 }
                 Text {
                     anchors.verticalCenter: parent.verticalCenter
-                    text: parent.modelData; font: Theme.label; color: Theme.textSecondary
+                    text: parent.modelData; font: Theme.keys; color: Theme.textSecondary
                 }
             }
         }

@@ -26,7 +26,7 @@ QImage picture(QQuickView& view) {
         item->forceActiveFocus(Qt::TabFocusReason);
         if (name == QStringLiteral("invalid"))
             item->setProperty("text", QStringLiteral("5oo"));
-        const QRectF around = item->mapRectToScene(item->boundingRect()).adjusted(-5, -5, 5, 5);
+        const QRectF around = item->mapRectToScene(QRectF({}, item->size())).adjusted(-5, -5, 5, 5);
         const QRect pixels = QRectF(around.topLeft() * ratio, around.size() * ratio).toRect();
         const QImage focused = view.grabWindow();
         QPainter(&sheet).drawImage(

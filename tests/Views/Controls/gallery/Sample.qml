@@ -19,7 +19,7 @@ Column {
     Text {
         anchors.horizontalCenter: parent.horizontalCenter
         text: sample.caption
-        font: Theme.label
+        font: Theme.keys
         color: Theme.textTertiary
     }
 }

@@ -18,7 +18,7 @@ PanelWindow::PanelWindow() {
     view = std::make_unique<QQuickView>();
     view->engine()->addImportPath(QStringLiteral(":/qt/qml"));
     view->setResizeMode(QQuickView::SizeRootObjectToView);
-    view->resize(900, 228);
+    view->resize(680, 228);
     view->setInitialProperties({{QStringLiteral("model"), QVariant::fromValue<QObject*>(&panel)}});
     view->setSource(QUrl(QStringLiteral("qrc:/qt/qml/Ostrella/Panel/BottomPanel.qml")));
     if (!view->rootObject()) {

@@ -15,7 +15,7 @@ class QAccessibleInterface;
 
 namespace ostrella::test {
 
-/// The panel alone in a window of 900 × 228 points, under a user's hands.
+/// The panel alone in a window of 680 × 228 points, under a user's hands.
 class PanelWindow : public testing::Test, protected PanelBench {
 protected:
     PanelWindow();

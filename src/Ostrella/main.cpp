@@ -2,12 +2,14 @@
 
 #include "Models/MainThread.h"
 #include "Ostrella/OstrellaApp.h"
+#include "Platform/DesktopAppearance.h"
 #include "Platform/Preferences.h"
 #include "Platform/SystemFacts.h"
 #include "Platform/TerminationSignals.h"
 #include "Views/AlertWindow.h"
 #include "Views/GraphicsChoice.h"
 #include "Views/MainWindow.h"
+#include "Views/ReducedMotion.h"
 #include "Views/Viewport/ViewportItem.h"
 
 #include <QDir>
@@ -54,7 +56,9 @@ int perform(const QStringList& files) {
         [](const std::string& message, const std::string& text) {
             AlertWindow::present(message, text);
         });
+    const DesktopAppearance appearance;
     MainWindow window(app);
+    followReducedMotion(*window.viewport().coordinator(), appearance);
     const auto end = [&app] { endAfterRun(app.simulation); };
     TerminationSignals signals;
     QObject::connect(&signals, &TerminationSignals::requested, &window, end);

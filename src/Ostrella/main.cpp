@@ -63,12 +63,14 @@ int perform(const QStringList& files) {
     TerminationSignals signals;
     QObject::connect(&signals, &TerminationSignals::requested, &window, end);
     QObject::connect(&window, &MainWindow::closed, &window, end);
-    QObject::connect(&window.viewport(), &ViewportItem::deviceProblemChanged, &window, [&window] {
-        const QString& problem = window.viewport().deviceProblem();
-        if (problem.isEmpty())
-            return;
-        window.hide();
-        giveUp(problem.toStdString());
+    QObject::connect(&window.viewport(), &ViewportItem::deviceProblemChanged, &window, [&] {
+        const std::string problem = window.viewport().deviceProblem().toStdString();
+        if (problem == SystemFacts::words().requiredGraphics) {
+            window.hide();
+            giveUp(problem);
+        } else if (!problem.empty()) {
+            app.logStore.append("Viewport not drawn · " + problem, LogStore::Level::error);
+        }
     });
     window.show();
     app.start();

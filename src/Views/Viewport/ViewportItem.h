@@ -86,6 +86,8 @@ private:
     void followVisibility();
     void frameWasSwapped();
     void setDeviceProblem(const QString& problem);
+    /// The device had no room for a frame that it was to draw.
+    void frameHasFailed(const QString& problem);
     void capture(int width, int height, const ViewportCoordinator::SnapshotCompletion& answer);
     QSize pixelSize() const;
 
@@ -96,8 +98,11 @@ private:
     std::unique_ptr<WindowCover> cover_;
     QString deviceProblem_;
     std::uint64_t frameCount_ = 0;
-    bool hasDrawn_ = false; ///< since the window's last swap
+    bool hasDrawn_ = false;    ///< since the window's last swap
+    bool frameFailed_ = false; ///< and nothing is to be shown until the next one
+    // Of the node, if it is still there.
     std::weak_ptr<RhiScene> scene_;
+    const QRhi* sceneDevice_ = nullptr;
 };
 
 } // namespace ostrella

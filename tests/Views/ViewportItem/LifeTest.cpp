@@ -54,6 +54,7 @@ TEST_F(ItemLife, drawsTheSameOnAnotherDeviceAfterALoss) {
         const auto context = loseDevice(*device());
         if (!context)
             GTEST_SKIP() << "the loss of this device cannot be brought about";
+        EXPECT_TRUE(captured().isNull()) << "by the device that is gone";
         const std::uint64_t frames = item->frameCount();
         item->update();
         ASSERT_TRUE(

@@ -120,13 +120,12 @@ TEST_F(DesktopNotificationTest, ADeskThatComesAnewKnowsNoNote) {
     showFirst();
     desk_->kill();
     startDesk("plain");
-    ASSERT_TRUE(waitUntil([&] {
+    const QString anew = QStringLiteral("Notify|Ostrella|0|org.ostrella.Ostrella|again|<b>||");
+    EXPECT_TRUE(waitUntil([&] {
         notification_->show("again", "<b>");
-        return desk_->lines().size() > 2;
+        return desk_->lines().constLast().startsWith(anew);
     }));
-    EXPECT_EQ(desk_->lines().at(1), QStringLiteral("GetCapabilities"));
-    EXPECT_TRUE(desk_->lines().at(2).startsWith(
-        QStringLiteral("Notify|Ostrella|0|org.ostrella.Ostrella|again|<b>||")));
+    EXPECT_TRUE(desk_->lines().contains(QStringLiteral("GetCapabilities")));
 }
 
 TEST_F(DesktopNotificationTest, OfRefusalsAndNonsenseNothingComes) {

@@ -57,8 +57,8 @@ void ViewportItem::setModel(
     dropModel();
     coordinator_ = std::make_unique<ViewportCoordinator>(parameters, settings, clock);
     clock_ = std::move(clock);
-    connect(&parameters, &QObject::destroyed, coordinator_.get(), [this] { dropModel(); });
-    connect(&settings, &QObject::destroyed, coordinator_.get(), [this] { dropModel(); });
+    modelGone_ = {connect(&parameters, &QObject::destroyed, this, &ViewportItem::dropModel),
+        connect(&settings, &QObject::destroyed, this, &ViewportItem::dropModel)};
     connectView();
     followSize();
     update();
@@ -88,10 +88,10 @@ void ViewportItem::connectView() {
 void ViewportItem::dropModel() {
     if (!coordinator_)
         return;
-    // It may be one of its own signals that leads here.
-    coordinator_->disconnect();
-    coordinator_->view().renderer = nullptr;
-    coordinator_.release()->deleteLater();
+    for (const QMetaObject::Connection& connection : modelGone_)
+        disconnect(connection);
+    // At once: an update that is still queued would look for what is gone.
+    coordinator_.reset();
     unsetCursor();
     followVisibility();
     update();

@@ -8,6 +8,7 @@
 #include <QPointer>
 #include <QQuickItem>
 
+#include <array>
 #include <cstdint>
 #include <memory>
 
@@ -93,6 +94,7 @@ private:
 
     MetalRenderer::MediaClock clock_;
     std::unique_ptr<ViewportCoordinator> coordinator_;
+    std::array<QMetaObject::Connection, 2> modelGone_;
     ViewportPacer pacer_;
     QPointer<QQuickWindow> watched_;
     std::unique_ptr<WindowCover> cover_;

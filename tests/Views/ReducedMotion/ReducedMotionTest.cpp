@@ -1,6 +1,6 @@
+#include "Views/ReducedMotion.h"
 #include "Platform/DesktopAppearance.h"
 #include "Platform/desktop/DesktopBench.h"
-#include "Views/ReducedMotion.h"
 #include "Views/ViewportItem/ItemWindow.h"
 
 namespace ostrella::test {

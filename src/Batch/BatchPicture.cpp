@@ -38,10 +38,13 @@ void tellMissingLayers(
 BatchPicture::BatchPicture(const AppBundle& bundle)
     : drawer_(bundle.toolsDirectory() / "ostrella-picture") {}
 
-void BatchPicture::prepare(const TriangleMesh& mesh) {
+void BatchPicture::prepare(const TriangleMesh& mesh, const PictureOptions& options) {
+    const auto lines = options.shaded ? PreparedModel::Lines::none : PreparedModel::Lines::features;
     model_ = std::make_shared<PreparedModel>();
     preparation_ = Background::run(
-        [mesh, model = model_] { *model = PreparedModel::of(mesh, PreparedModel::Picking::walk); },
+        [mesh, lines, model = model_] {
+            *model = PreparedModel::of(mesh, PreparedModel::Picking::walk, lines);
+        },
         Background::Priority::userInitiated);
 }
 

@@ -23,7 +23,7 @@ public:
     /// Starts what can be done beside the load: main thread.
     void begin() { drawer_.start(); }
     /// Prepares the model to be drawn, beside whatever else is done; main thread.
-    void prepare(const TriangleMesh& mesh);
+    void prepare(const TriangleMesh& mesh, const PictureOptions& options);
 
     /// Draws what the report's options ask for and writes the file, logs that, and notes it in the
     /// report. `rotation` in radians. What cannot be drawn costs a line with the reason. False if

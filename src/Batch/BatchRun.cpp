@@ -42,7 +42,7 @@ BatchRun::BatchRun(RunEnvironment environment, BatchOptions options, BatchConsol
         picture_.emplace(environment_.bundle);
         connect(&app_.parameters, &SimulationParameters::meshChanged, this, [this] {
             if (options_.noRun && app_.parameters.mesh()) {
-                picture_->prepare(*app_.parameters.mesh());
+                picture_->prepare(*app_.parameters.mesh(), options_.picture);
             }
         });
     }
@@ -303,7 +303,7 @@ bool BatchRun::isCancelling() const {
 void BatchRun::conclude(BatchReport report, int status) {
     BatchPicture* const picture = picture_ ? &*picture_ : nullptr;
     if (picture && !options_.noRun && app_.parameters.mesh()) {
-        picture->prepare(*app_.parameters.mesh());
+        picture->prepare(*app_.parameters.mesh(), options_.picture);
     }
     Background::run(
         [this, report = std::move(report), status, log = RunLog(app_.logStore), tools = tools_,

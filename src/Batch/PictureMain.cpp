@@ -160,8 +160,7 @@ bool draw(int socket, const std::string& remark, Devices& devices) {
         try {
             RhiScene drawer(devices.back()->rhi());
             const auto image = OffscreenPicture::render(devices.back()->rhi(), drawer,
-                {scene->width, scene->height}, scene->frame, scene->buffers, 1.0F,
-                scene->samples);
+                {scene->width, scene->height}, scene->frame, scene->buffers, 1.0F, scene->samples);
             if (!image) {
                 throw RhiError("the graphics device was lost");
             }

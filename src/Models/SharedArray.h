@@ -7,6 +7,7 @@
 #include <initializer_list>
 #include <memory>
 #include <span>
+#include <type_traits>
 #include <utility>
 #include <vector>
 
@@ -49,6 +50,16 @@ public:
     const T& back() const { return data()[size_ - 1]; }
     std::span<const T> span() const { return {data(), size_}; }
 
+    /// The same buffer as the bytes that its values consist of.
+    SharedArray<std::byte> bytes() const {
+        static_assert(std::is_trivially_copyable_v<T>);
+        SharedArray<std::byte> same;
+        same.elements_ = std::shared_ptr<const std::byte>(
+            elements_, reinterpret_cast<const std::byte*>(elements_.get()));
+        same.size_ = size_ * sizeof(T);
+        return same;
+    }
+
     /// True where both are one buffer, not merely equal ones.
     bool sharesBufferWith(const SharedArray& other) const {
         return data() == other.data() && size_ == other.size_;
@@ -59,6 +70,9 @@ public:
     }
 
 private:
+    template <class>
+    friend class SharedArray;
+
     std::shared_ptr<const T> elements_;
     std::size_t size_ = 0;
 };

@@ -2,12 +2,14 @@
 
 #include "Models/MainThread.h"
 #include "Ostrella/OstrellaApp.h"
+#include "Platform/DesktopAppearance.h"
 #include "Platform/Preferences.h"
 #include "Platform/SystemFacts.h"
 #include "Platform/TerminationSignals.h"
 #include "Views/AlertWindow.h"
 #include "Views/GraphicsChoice.h"
 #include "Views/MainWindow.h"
+#include "Views/ReducedMotion.h"
 #include "Views/Viewport/ViewportItem.h"
 
 #include <QDir>
@@ -54,17 +56,21 @@ int perform(const QStringList& files) {
         [](const std::string& message, const std::string& text) {
             AlertWindow::present(message, text);
         });
+    const DesktopAppearance appearance;
     MainWindow window(app);
+    followReducedMotion(*window.viewport().coordinator(), appearance);
     const auto end = [&app] { endAfterRun(app.simulation); };
     TerminationSignals signals;
     QObject::connect(&signals, &TerminationSignals::requested, &window, end);
     QObject::connect(&window, &MainWindow::closed, &window, end);
-    QObject::connect(&window.viewport(), &ViewportItem::deviceProblemChanged, &window, [&window] {
-        const QString& problem = window.viewport().deviceProblem();
-        if (problem.isEmpty())
-            return;
-        window.hide();
-        giveUp(problem.toStdString());
+    QObject::connect(&window.viewport(), &ViewportItem::deviceProblemChanged, &window, [&] {
+        const std::string problem = window.viewport().deviceProblem().toStdString();
+        if (problem == SystemFacts::words().requiredGraphics) {
+            window.hide();
+            giveUp(problem);
+        } else if (!problem.empty()) {
+            app.logStore.append("Viewport not drawn · " + problem, LogStore::Level::error);
+        }
     });
     window.show();
     app.start();

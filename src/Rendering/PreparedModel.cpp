@@ -52,15 +52,17 @@ WeldedMesh weldedWhereItStands(const TriangleMesh& mesh) {
 
 } // namespace
 
-PreparedModel PreparedModel::of(const TriangleMesh& mesh, Picking picking) {
+PreparedModel PreparedModel::of(const TriangleMesh& mesh, Picking picking, Lines lines) {
     const TriangleMesh placed = placedFacets(mesh);
     PreparedModel model;
     if (placed.empty())
         return model;
     const WeldedMesh shared = weldedWhereItStands(placed);
-    const FeatureEdges edges = FeatureEdges::extract(shared, creaseDegrees);
+    const FeatureEdges edges = lines == Lines::features
+                                   ? FeatureEdges::extract(shared, creaseDegrees)
+                                   : FeatureEdges::empty;
     model.vertices = BufferBytes::ofVertices(shared.positions.span(), shared.normals.span());
-    model.indices = BufferBytes::of(shared.indices.span());
+    model.indices = shared.indices.bytes();
     model.featureEdges = BufferBytes::ofPoints(edges.positions.span());
     model.positions = shared.positions;
     model.indexCount = static_cast<std::uint32_t>(shared.indices.size());

@@ -19,6 +19,8 @@ struct PreparedModel {
     /// Whether a pointer will be over the model: a tree finds at once what a walk over a million
     /// facets takes some milliseconds for, and costs as long to make as a dozen walks.
     enum class Picking { walk, tree };
+    /// Whether feature lines may be drawn; what is always shaded has none.
+    enum class Lines { features, none };
 
     SharedArray<std::byte> vertices;     ///< position and normal, 32 bytes each
     SharedArray<std::byte> indices;      ///< 32 bits each, three per triangle
@@ -29,9 +31,10 @@ struct PreparedModel {
     BoundingBox bounds;                   ///< m; finite whatever the mesh holds
     std::shared_ptr<const PickTree> tree; ///< over `positions` and `indices`; absent: walk
 
-    /// Welds `mesh` and finds its edges, creased from 30 degrees on. Facets with a corner that is
-    /// not finite, or absurdly far away, are left out.
-    static PreparedModel of(const TriangleMesh& mesh, Picking picking = Picking::tree);
+    /// Welds `mesh` and finds its edges, creased from 30 degrees on, unless without. Facets with a
+    /// corner that is not finite, or absurdly far away, are left out.
+    static PreparedModel of(
+        const TriangleMesh& mesh, Picking picking = Picking::tree, Lines lines = Lines::features);
 
     /// The distance to the nearest facet in units of the direction's length; the ray is in the
     /// model's own frame of axes.

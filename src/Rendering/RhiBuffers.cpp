@@ -3,6 +3,11 @@
 #include "Rendering/CreasedMesh.h"
 #include "Rendering/RhiError.h"
 
+#if QT_CONFIG(opengl)
+#include <QOpenGLContext>
+#include <QOpenGLFunctions>
+#endif
+
 #include <fmt/format.h>
 
 #include <algorithm>
@@ -67,6 +72,33 @@ std::vector<std::uint32_t> edgesOf(std::span<const std::uint32_t> triangles) {
         edges.insert(edges.end(), {a, b, b, c, c, a});
     }
     return edges;
+}
+
+/// Puts many bytes straight into a fresh buffer, where the device takes them: the interface would
+/// keep a copy until the frame is drawn, and memory for that costs more than the copy itself. False
+/// where it has to.
+bool fillAtOnce(QRhi& rhi, QRhiBuffer& buffer, const void* bytes, std::size_t size) {
+#if QT_CONFIG(opengl)
+    constexpr std::size_t many = 1 << 20;
+    if (size < many || rhi.backend() != QRhi::OpenGLES2)
+        return false;
+    const void* const name = buffer.nativeBuffer().objects[0];
+    if (name == nullptr || !rhi.makeThreadLocalNativeContextCurrent())
+        return false;
+    QOpenGLFunctions* const gl = QOpenGLContext::currentContext()->functions();
+    // A place of the context's that the interface does not use, so that all else stays as it was.
+    constexpr GLenum copyWriteBuffer = 0x8F36;
+    gl->glBindBuffer(copyWriteBuffer, *static_cast<const GLuint*>(name));
+    gl->glBufferSubData(copyWriteBuffer, 0, static_cast<GLsizeiptr>(size), bytes);
+    gl->glBindBuffer(copyWriteBuffer, 0);
+    return true;
+#else
+    static_cast<void>(rhi);
+    static_cast<void>(buffer);
+    static_cast<void>(bytes);
+    static_cast<void>(size);
+    return false;
+#endif
 }
 
 } // namespace
@@ -137,7 +169,8 @@ std::unique_ptr<QRhiBuffer> RhiBuffers::make(QRhiBuffer::UsageFlags usage, const
     if (!buffer || !buffer->create())
         throw RhiError(
             fmt::format("the graphics device has no room for a buffer of {} bytes", size));
-    updates.uploadStaticBuffer(buffer.get(), 0, static_cast<quint32>(size), bytes);
+    if (!fillAtOnce(rhi_, *buffer, bytes, size))
+        updates.uploadStaticBuffer(buffer.get(), 0, static_cast<quint32>(size), bytes);
     return buffer;
 }
 

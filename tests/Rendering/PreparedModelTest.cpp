@@ -29,6 +29,15 @@ TEST(PreparedModel, countsWhatItsArraysHold) {
     EXPECT_EQ(model.bounds, (BoundingBox{Vec3(-1.0F), Vec3(1.0F)}));
 }
 
+TEST(PreparedModel, goesWithoutLinesWhereNoneAreDrawn) {
+    const PreparedModel model =
+        PreparedModel::of(cube(), PreparedModel::Picking::walk, PreparedModel::Lines::none);
+    EXPECT_EQ(model.featureEdgeVertexCount, 0U);
+    EXPECT_TRUE(model.featureEdges.empty());
+    EXPECT_EQ(model.vertices, PreparedModel::of(cube()).vertices);
+    EXPECT_EQ(model.indices, PreparedModel::of(cube()).indices);
+}
+
 TEST(PreparedModel, isMadeOnAnyThread) {
     PreparedModel elsewhere;
     std::thread worker([&] { elsewhere = PreparedModel::of(cube()); });

@@ -97,6 +97,28 @@ TEST(Device, buffersAreRenewedWhenTheyAreReplaced) {
     EXPECT_EQ(scene.picture(device).pixelColor(middle, middle), flatGround);
 }
 
+TEST(Device, buffersOfMegabytesArriveWhole) {
+    const std::vector<Vec4> quad{
+        {-0.8F, -0.7F, 0, 1}, {0.9F, -0.7F, 0, 1}, {-0.8F, 0.6F, 0, 1}, {0.9F, 0.6F, 0, 1}};
+    const std::vector<std::uint32_t> corners{0, 1, 2, 1, 3, 2};
+    const auto picture = [&](std::uint32_t vertices, std::size_t indices) {
+        // The quad at the very end, behind points and triangles of no size.
+        std::vector<Vec4> points(vertices - quad.size(), Vec4(0, 0, 0, 0));
+        points.insert(points.end(), quad.begin(), quad.end());
+        std::vector<std::uint32_t> order(indices - corners.size(), 0);
+        for (const std::uint32_t corner : corners)
+            order.push_back(vertices - static_cast<std::uint32_t>(quad.size()) + corner);
+        FlatScene scene;
+        scene.fill(SceneBuffer::surfaceVertices, points);
+        scene.fill(SceneBuffer::surfaceIndices, order);
+        scene.draw(Pipeline::surface);
+        return scene.picture();
+    };
+    const QImage small = picture(4, 6);
+    EXPECT_NE(small.pixelColor(middle, middle), flatGround);
+    EXPECT_LE(PictureDifference::between(picture(200'000, 600'000), small).largest, 0);
+}
+
 TEST(Device, aModelIsRenewedWhenOnlyItsVerticesAre) {
     FlatScene scene = glass();
     RhiScene device(GoldenDevice::current().rhi());

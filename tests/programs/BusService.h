@@ -3,6 +3,7 @@
 #include "Emit.h"
 
 #include <QCoreApplication>
+#include <QDBusArgument>
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusVirtualObject>
@@ -47,11 +48,6 @@ public:
 protected:
     virtual void called(const QDBusMessage& call) = 0;
     virtual void command(const QStringList& words) = 0;
-    /// An argument as it is written in the line of its call.
-    virtual QString said(const QVariant& argument) const {
-        return argument.toStringList().join(QLatin1Char(','));
-    }
-
     void answer(const QDBusMessage& call, const QVariant& value) {
         bus_.send(call.createReply(value));
     }
@@ -65,6 +61,21 @@ protected:
     }
 
 private:
+    /// An argument as it is written in the line of its call.
+    static QString said(const QVariant& argument) {
+        if (argument.metaType() == QMetaType::fromType<QDBusArgument>()) {
+            QStringList pairs;
+            const auto map = qdbus_cast<QVariantMap>(argument);
+            for (auto pair = map.begin(); pair != map.end(); ++pair) {
+                pairs.append(pair.key() + QLatin1Char('=') + pair.value().toString());
+            }
+            return pairs.join(QLatin1Char(','));
+        }
+        return argument.typeId() == QMetaType::QStringList
+                   ? argument.toStringList().join(QLatin1Char(','))
+                   : argument.toString();
+    }
+
     void readCommands() {
         char buffer[4096];
         const ssize_t count = read(STDIN_FILENO, buffer, sizeof buffer);

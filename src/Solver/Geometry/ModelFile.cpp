@@ -1,7 +1,6 @@
 #include "Solver/Geometry/ModelFile.h"
 
 #include "Models/FileError.h"
-#include "Models/OrdinaryFile.h"
 #include "Solver/Geometry/ModelScreen.h"
 #include "Solver/Geometry/STLParser.h"
 
@@ -60,17 +59,27 @@ std::string quotedName(const std::filesystem::path& path) {
 
 } // namespace
 
-LargeBuffer<std::byte> readModelFile(const std::filesystem::path& path, std::uint64_t limit) {
+void withModelFile(const std::filesystem::path& path,
+    const std::function<void(const OrdinaryFile&)>& read, std::uint64_t limit) {
     try {
-        const OrdinaryFile file(path, limit);
-        LargeBuffer<std::byte> bytes(static_cast<std::size_t>(file.size()));
-        bytes.truncate(file.read({bytes.data(), bytes.size()}));
-        return bytes;
+        read(OrdinaryFile(path, limit));
     } catch (const FileError& error) {
         refuse(path, error.code(), limit);
     } catch (const std::bad_alloc&) {
         failForMemory(path);
     }
+}
+
+LargeBuffer<std::byte> readModelFile(const std::filesystem::path& path, std::uint64_t limit) {
+    LargeBuffer<std::byte> bytes;
+    withModelFile(
+        path,
+        [&bytes](const OrdinaryFile& file) {
+            bytes = LargeBuffer<std::byte>(static_cast<std::size_t>(file.size()));
+            bytes.truncate(file.read({bytes.data(), bytes.size()}));
+        },
+        limit);
+    return bytes;
 }
 
 TriangleMesh loadModelFile(const std::filesystem::path& path) {

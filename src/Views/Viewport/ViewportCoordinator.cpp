@@ -146,11 +146,11 @@ bool ViewportCoordinator::modelIsReady() {
         return preparation_->model.has_value();
     preparation_ = Preparation{mesh.positions(), std::nullopt};
     Background::run(
-        [mesh, self = QPointer(this)] {
+        [mesh, this, life = std::weak_ptr(life_)] {
             const auto model = std::make_shared<PreparedModel>(PreparedModel::of(mesh));
-            MainThread::post([self, positions = mesh.positions(), model] {
-                if (self)
-                    self->accept(positions, std::move(*model));
+            MainThread::post([this, life, positions = mesh.positions(), model] {
+                if (!life.expired())
+                    accept(positions, std::move(*model));
             });
         },
         Background::Priority::userInitiated);

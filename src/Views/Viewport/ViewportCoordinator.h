@@ -12,6 +12,7 @@
 #include <cstddef>
 #include <filesystem>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 
@@ -84,6 +85,8 @@ private:
     RenderSettings& settings_;
     MetalRenderer renderer_;
     ArcBallMTKView view_;
+    /// Lives as long as this, for whoever holds a pointer to it on a worker.
+    std::shared_ptr<const bool> life_ = std::make_shared<bool>(true);
     bool updateIsScheduled_ = false;
     std::optional<Preparation> preparation_;
 

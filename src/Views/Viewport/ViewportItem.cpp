@@ -57,8 +57,8 @@ void ViewportItem::setModel(
     dropModel();
     coordinator_ = std::make_unique<ViewportCoordinator>(parameters, settings, clock);
     clock_ = std::move(clock);
-    connect(&parameters, &QObject::destroyed, coordinator_.get(), [this] { dropModel(); });
-    connect(&settings, &QObject::destroyed, coordinator_.get(), [this] { dropModel(); });
+    modelGone_ = {connect(&parameters, &QObject::destroyed, this, &ViewportItem::dropModel),
+        connect(&settings, &QObject::destroyed, this, &ViewportItem::dropModel)};
     connectView();
     followSize();
     update();
@@ -88,10 +88,10 @@ void ViewportItem::connectView() {
 void ViewportItem::dropModel() {
     if (!coordinator_)
         return;
-    // It may be one of its own signals that leads here.
-    coordinator_->disconnect();
-    coordinator_->view().renderer = nullptr;
-    coordinator_.release()->deleteLater();
+    for (const QMetaObject::Connection& connection : modelGone_)
+        disconnect(connection);
+    // At once: an update that is still queued would look for what is gone.
+    coordinator_.reset();
     unsetCursor();
     followVisibility();
     update();
@@ -192,6 +192,13 @@ void ViewportItem::setDeviceProblem(const QString& problem) {
     Q_EMIT deviceProblemChanged();
 }
 
+void ViewportItem::frameHasFailed(const QString& problem) {
+    setDeviceProblem(problem);
+    // What the device was to draw into holds no picture.
+    frameFailed_ = true;
+    update();
+}
+
 QSGNode* ViewportItem::updatePaintNode(QSGNode* old, UpdatePaintNodeData*) {
     auto* node = static_cast<ViewportNode*>(old);
     QRhi* rhi = ViewportNode::deviceOf(*window());
@@ -202,7 +209,8 @@ QSGNode* ViewportItem::updatePaintNode(QSGNode* old, UpdatePaintNodeData*) {
             this, [this, problem] { setDeviceProblem(problem); }, Qt::QueuedConnection);
     };
     const QSize pixels = pixelSize();
-    if (!canDraw || !coordinator_ || pixels.isEmpty()) {
+    const bool hasFailed = std::exchange(frameFailed_, false);
+    if (!canDraw || !coordinator_ || pixels.isEmpty() || hasFailed) {
         if (!canDraw)
             report(needsBetterDevice());
         delete node;
@@ -211,10 +219,13 @@ QSGNode* ViewportItem::updatePaintNode(QSGNode* old, UpdatePaintNodeData*) {
     try {
         if (node == nullptr) {
             node = new ViewportNode(*window(), *rhi);
-            node->onFailure = [report](const std::string& text) {
-                report(QString::fromStdString(text));
+            node->onFailure = [this](const std::string& text) {
+                QMetaObject::invokeMethod(
+                    this, [this, text] { frameHasFailed(QString::fromStdString(text)); },
+                    Qt::QueuedConnection);
             };
             scene_ = node->scene();
+            sceneDevice_ = rhi;
         }
         MetalRenderer& renderer = coordinator_->renderer();
         FrameEncoding frame = renderer.draw();
@@ -243,7 +254,7 @@ void ViewportItem::capture(
         MetalRenderer& renderer = coordinator_->renderer();
         try {
             // The window's own copies of the scene, where it has drawn before.
-            std::shared_ptr<RhiScene> scene = scene_.lock();
+            std::shared_ptr<RhiScene> scene = sceneDevice_ == rhi ? scene_.lock() : nullptr;
             if (!scene)
                 scene = std::make_shared<RhiScene>(*rhi);
             const Vec2 size(static_cast<float>(width), static_cast<float>(height));

@@ -8,6 +8,7 @@
 #include <QPointer>
 #include <QQuickItem>
 
+#include <array>
 #include <cstdint>
 #include <memory>
 
@@ -86,18 +87,24 @@ private:
     void followVisibility();
     void frameWasSwapped();
     void setDeviceProblem(const QString& problem);
+    /// The device had no room for a frame that it was to draw.
+    void frameHasFailed(const QString& problem);
     void capture(int width, int height, const ViewportCoordinator::SnapshotCompletion& answer);
     QSize pixelSize() const;
 
     MetalRenderer::MediaClock clock_;
     std::unique_ptr<ViewportCoordinator> coordinator_;
+    std::array<QMetaObject::Connection, 2> modelGone_;
     ViewportPacer pacer_;
     QPointer<QQuickWindow> watched_;
     std::unique_ptr<WindowCover> cover_;
     QString deviceProblem_;
     std::uint64_t frameCount_ = 0;
-    bool hasDrawn_ = false; ///< since the window's last swap
+    bool hasDrawn_ = false;    ///< since the window's last swap
+    bool frameFailed_ = false; ///< and nothing is to be shown until the next one
+    // Of the node, if it is still there.
     std::weak_ptr<RhiScene> scene_;
+    const QRhi* sceneDevice_ = nullptr;
 };
 
 } // namespace ostrella

@@ -176,8 +176,8 @@ TEST_F(DesktopAppearanceTest, MayGoBeforeThePortalAnswers) {
     appearance_.reset();
     portal->say(QStringLiteral("org.freedesktop.appearance color-scheme u 2"));
     start();
-    EXPECT_TRUE(waitUntil([&] { return appearance_->textScale() == 1.5; }));
-    EXPECT_FALSE(appearance_->isDark());
+    EXPECT_TRUE(
+        waitUntil([&] { return appearance_->textScale() == 1.5 && !appearance_->isDark(); }));
 }
 
 TEST_F(DesktopAppearanceTest, ABusThatIsFrozenHoldsNobodyUpAndIsHeardWhenItThaws) {

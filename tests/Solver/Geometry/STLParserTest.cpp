@@ -102,6 +102,20 @@ TEST(STLParser, APathIsReadAndParsed) {
     EXPECT_THROW(STLParser::parse(folder.path() / "b.stl"), ModelLoadError);
 }
 
+TEST(STLParser, APathGivesWhatItsBytesGive) {
+    const test::TemporaryDirectory folder;
+    // As large as a portion of the reader's, around it, and several of them.
+    for (const std::uint32_t facets : {0U, 1U, 16383U, 16384U, 16385U, 50000U}) {
+        const auto bytes = binarySTL(facets, facets);
+        const std::string_view text(reinterpret_cast<const char*>(bytes.data()), bytes.size());
+        EXPECT_EQ(STLParser::parse(test::fileIn(folder, "m.stl", text)), STLParser::parse(bytes))
+            << facets;
+    }
+    const auto cut = binarySTL(16385, 16386);
+    const std::string_view text(reinterpret_cast<const char*>(cut.data()), cut.size());
+    EXPECT_THROW(STLParser::parse(test::fileIn(folder, "cut.stl", text)), STLParseError);
+}
+
 TEST(STLParserText, AWholeFacetInUnder84Bytes) {
     ASSERT_LT(triangle.size(), 84U);
     const auto mesh = parseText(triangle);

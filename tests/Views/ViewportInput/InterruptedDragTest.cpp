@@ -4,6 +4,8 @@
 
 #include <QWindow>
 
+#include <cmath>
+
 namespace ostrella::test {
 namespace {
 
@@ -159,6 +161,11 @@ TEST_F(InterruptedDrag, aRingIsHeldOverAResize) {
     user->moveTo(around(20) + QPointF(0, 1));
     user->moveTo(around(20));
     EXPECT_NEAR(rotation().z, turned.z, 0.5);
+    // The middle of the rings is at (200, 180) now.
+    user->moveTo({320, 180});
+    const double level = rotation().z;
+    user->moveTo({200, 60});
+    EXPECT_NEAR(std::remainder(rotation().z - level, 360), 90, 1e-3);
     user->release();
     expectNothingHeld();
 }

@@ -101,6 +101,21 @@ TEST_F(RingDragging, shiftSnapsAtOnceAndLettingGoGivesTheRest) {
     EXPECT_NEAR(z(), free, 1e-5) << "Alt does not snap";
 }
 
+TEST_F(RingDragging, aRingThatIsTakenTakesTheKeyboardToo) {
+    KeyCounter field;
+    field.setParentItem(window->contentItem());
+    field.forceActiveFocus();
+    settings->setOrientMode(true);
+    user->settle();
+    finishTweens();
+    user->moveTo(onZRing);
+    user->press();
+    ASSERT_EQ(renderer().activeRing, OrientationAxis::z);
+    user->moveTo(around(20));
+    user->hold(Qt::ShiftModifier);
+    EXPECT_NEAR(z(), 15, 1e-6);
+}
+
 TEST_F(RingDragging, theSnapIsOfTheDragAndNotOfTheModel) {
     takeZRing();
     parameters->setRotationZ(4);

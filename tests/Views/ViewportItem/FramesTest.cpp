@@ -3,6 +3,7 @@
 #include "support/Wait.h"
 
 #include <QRasterWindow>
+#include <QScreen>
 
 #include <ctime>
 
@@ -130,7 +131,7 @@ TEST_F(ItemFrames, restWhileAnotherWindowCoversAll) {
 TEST_F(ItemFrames, restInAWindowThatWasCoveredFromTheStart) {
     QRasterWindow other;
     other.setFlags(Qt::FramelessWindowHint);
-    other.setGeometry(0, 0, 700, 500);
+    other.setGeometry(other.screen()->geometry());
     other.show();
     ASSERT_TRUE(waitUntil([&] { return other.isExposed(); }));
     showFlow();

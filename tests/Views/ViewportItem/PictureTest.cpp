@@ -67,6 +67,20 @@ TEST_F(ItemPicture, survivesAStormOfSizes) {
     expectPicture();
 }
 
+TEST_F(ItemPicture, comesBackAfterASizeThatTheDeviceRefuses) {
+    window->setColor(Qt::white);
+    showWindow();
+    settle();
+    item->setWidth(device()->resourceLimit(QRhi::TextureSizeMax) + 1);
+    ASSERT_TRUE(waitUntil([&] { return !item->deviceProblem().isEmpty(); }));
+    EXPECT_TRUE(item->deviceProblem().contains(QStringLiteral("no room")));
+    EXPECT_EQ(shown().pixelColor(5, 5), QColor(Qt::white));
+    item->setWidth(320);
+    settle();
+    EXPECT_EQ(item->deviceProblem(), QString());
+    expectPicture();
+}
+
 TEST_F(ItemPicture, isUnderTheItemsAboveIt) {
     showWindow();
     auto* card = new Card(window->contentItem());

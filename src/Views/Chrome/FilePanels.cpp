@@ -1,0 +1,80 @@
+#include "Views/Chrome/FilePanels.h"
+
+#include <utility>
+
+namespace ostrella {
+
+FilePanels::FilePanels(QObject* parent) : QObject(parent) {}
+
+void FilePanels::askForModel(Answer answer) {
+    ask(Kind::Model, std::move(answer));
+}
+
+void FilePanels::askForExportFolder(Answer answer) {
+    ask(Kind::Folder, std::move(answer));
+}
+
+void FilePanels::askForPicture(const std::string& suggestedName, Answer answer) {
+    ask(Kind::Picture, std::move(answer), suggestedName);
+}
+
+void FilePanels::ask(Kind kind, Answer answer, const std::string& suggestedName) {
+    dismiss();
+    kind_ = kind;
+    suggestedName_ = QString::fromStdString(suggestedName);
+    answer_ = std::move(answer);
+    Q_EMIT changed();
+}
+
+QString FilePanels::title() const {
+    switch (kind_) {
+    case Kind::None:
+        return {};
+    case Kind::Model:
+        return QStringLiteral("Load STL");
+    case Kind::Folder:
+        return QStringLiteral("Export Results");
+    case Kind::Picture:
+        return QStringLiteral("Save Image");
+    }
+    return {};
+}
+
+QString FilePanels::message() const {
+    return kind_ == Kind::Folder ? QStringLiteral("Choose a folder for the result files.")
+                                 : QString();
+}
+
+QString FilePanels::prompt() const {
+    return kind_ == Kind::Folder ? QStringLiteral("Export") : QString();
+}
+
+void FilePanels::accept(const QUrl& place) {
+    if (!place.isLocalFile()) {
+        dismiss();
+        return;
+    }
+    QString file = place.toLocalFile();
+    if (kind_ == Kind::Picture && !file.endsWith(QLatin1String(".png"), Qt::CaseInsensitive)) {
+        file += QLatin1String(".png");
+    }
+    end(std::filesystem::path(file.toStdU16String()));
+}
+
+void FilePanels::dismiss() {
+    end(std::nullopt);
+}
+
+void FilePanels::end(const std::optional<std::filesystem::path>& place) {
+    // The answer may ask the next question.
+    const Answer answer = std::exchange(answer_, {});
+    if (std::exchange(kind_, Kind::None) != Kind::None) {
+        suggestedName_.clear();
+        Q_EMIT changed();
+    }
+    if (answer) {
+        answer(place);
+    }
+}
+
+} // namespace ostrella

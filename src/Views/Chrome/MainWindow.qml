@@ -1,0 +1,129 @@
+import QtQuick
+import QtQuick.Controls.Basic
+import Ostrella.Chrome
+import Ostrella.Controls
+import Ostrella.Panel
+import Ostrella.Sidebar
+import Ostrella.Viewport
+
+// The main window: the sidebar, beside it toolbar, viewport and bottom panel in one column, and the
+// status bar under both.
+ApplicationWindow {
+    id: window
+
+    required property WindowModel model
+    // What had the keyboard before a menu took it.
+    property Item editor: null
+
+    function edit(operation) {
+        if (editor && typeof editor[operation] === "function")
+            editor[operation]();
+    }
+
+    function change(operation) {
+        if (operation === "minimize")
+            showMinimized();
+        else if (operation === "fullScreen")
+            visibility = visibility === Window.FullScreen ? Window.AutomaticVisibility : Window.FullScreen;
+        else
+            visibility = visibility === Window.Maximized ? Window.Windowed : Window.Maximized;
+    }
+
+    title: model.title
+    color: Theme.surfaceBase
+    minimumWidth: 1200
+    minimumHeight: 800
+    width: 1440
+    height: 900
+
+    onActiveFocusItemChanged: {
+        if (activeFocusItem && typeof activeFocusItem.selectAll === "function")
+            editor = activeFocusItem;
+    }
+
+    menuBar: MainMenuBar {
+        commands: window.model.commands
+    }
+
+    footer: StatusBar {
+        model: window.model.statusBar
+    }
+
+    SplitView {
+        anchors.fill: parent
+        handle: SplitHandle {
+            vertical: true
+        }
+
+        ParameterPanel {
+            model: window.model.sidebar
+            footer: window.model.footer
+            SplitView.minimumWidth: 280
+            SplitView.preferredWidth: 320
+            SplitView.maximumWidth: 400
+        }
+
+        Item {
+            SplitView.fillWidth: true
+
+            MainToolbar {
+                id: toolbar
+
+                commands: window.model.commands
+                anchors {
+                    left: parent.left
+                    right: parent.right
+                    top: parent.top
+                }
+            }
+
+            SplitView {
+                orientation: Qt.Vertical
+                handle: SplitHandle {}
+                anchors {
+                    left: parent.left
+                    right: parent.right
+                    top: toolbar.bottom
+                    bottom: parent.bottom
+                }
+
+                ViewportView {
+                    model: window.model.viewport
+                    SplitView.fillHeight: true
+                    SplitView.minimumHeight: 360
+                }
+
+                BottomPanel {
+                    model: window.model.panel
+                    visible: window.model.panel.isVisible
+                    SplitView.minimumHeight: 160
+                    SplitView.preferredHeight: 228
+                    SplitView.maximumHeight: 380
+                }
+            }
+        }
+    }
+
+    Connections {
+        target: window.model.commands
+
+        function onEditRequested(operation) {
+            window.edit(operation);
+        }
+
+        function onWindowRequested(operation) {
+            window.change(operation);
+        }
+    }
+
+    FileDialogs {
+        files: window.model.files
+    }
+
+    BrandAlert {
+        title: window.model.alertTitle
+        text: window.model.alertText
+        visible: window.model.alertTitle !== ""
+        onClosed: window.model.dismissAlert()
+    }
+}

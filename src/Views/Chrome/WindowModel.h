@@ -1,0 +1,111 @@
+#pragma once
+
+#include "Models/Clock.h"
+#include "Models/NotificationCenter.h"
+#include "Models/Timers.h"
+#include "Views/Chrome/FilePanels.h"
+#include "Views/Chrome/StatusBarModel.h"
+#include "Views/Chrome/WindowCommands.h"
+#include "Views/Panel/BottomPanelModel.h"
+#include "Views/SharedObjects.h"
+#include "Views/Sidebar/RunFooterModel.h"
+#include "Views/Sidebar/SidebarModel.h"
+#include "Views/Viewport/ViewportModel.h"
+
+#include <QObject>
+#include <QString>
+#include <QtQml/qqmlregistration.h>
+
+#include <filesystem>
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace ostrella {
+
+class PreferenceStore;
+struct PlatformWords;
+
+/// Everything that the main window shows and does, apart from how it looks: it owns the models of
+/// the window's parts and answers the application's notifications. Main thread only.
+class WindowModel final : public QObject {
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("made by the application")
+    Q_PROPERTY(QString title READ title NOTIFY titleChanged)
+    Q_PROPERTY(ostrella::WindowCommands* commands READ commands CONSTANT)
+    Q_PROPERTY(ostrella::SidebarModel* sidebar READ sidebar CONSTANT)
+    Q_PROPERTY(ostrella::RunFooterModel* footer READ footer CONSTANT)
+    Q_PROPERTY(ostrella::ViewportModel* viewport READ viewport CONSTANT)
+    Q_PROPERTY(ostrella::BottomPanelModel* panel READ panel CONSTANT)
+    Q_PROPERTY(ostrella::StatusBarModel* statusBar READ statusBar CONSTANT)
+    Q_PROPERTY(ostrella::FilePanels* files READ files CONSTANT)
+    /// The warning on show; no title, no warning.
+    Q_PROPERTY(QString alertTitle READ alertTitle NOTIFY alertChanged)
+    Q_PROPERTY(QString alertText READ alertText NOTIFY alertChanged)
+
+public:
+    struct Surroundings {
+        const PlatformWords& words;
+        PreferenceStore& preferences;
+        /// Parent of this process's run directories.
+        std::filesystem::path temporaryDirectory;
+        /// Opens an address in the user's browser.
+        std::function<void(const std::string& address)> openAddress;
+        std::function<void()> quit;
+        const Clock& clock = Clock::system();
+        TimerService& timers = TimerService::system();
+    };
+
+    WindowModel(
+        const SharedObjects& shared, const Surroundings& surroundings, QObject* parent = nullptr);
+    ~WindowModel() override;
+
+    QString title() const { return title_; }
+    WindowCommands* commands() { return &commands_; }
+    SidebarModel* sidebar() { return &sidebar_; }
+    RunFooterModel* footer() { return &footer_; }
+    ViewportModel* viewport() { return &viewport_; }
+    BottomPanelModel* panel() { return &panel_; }
+    StatusBarModel* statusBar() { return &statusBar_; }
+    FilePanels* files() { return &files_; }
+    QString alertTitle() const;
+    QString alertText() const;
+
+    /// Shows a warning, after those that are still to be read.
+    void showAlert(const std::string& title, const std::string& text);
+    /// The user has read the warning on show.
+    Q_INVOKABLE void dismissAlert();
+
+Q_SIGNALS:
+    void titleChanged();
+    void alertChanged();
+
+private:
+    struct Alert {
+        QString title;
+        QString text;
+        bool operator==(const Alert&) const = default;
+    };
+
+    void observe();
+    void presentOpenPanel();
+    void exportResults();
+    void saveImage();
+    void refreshTitle();
+
+    SharedObjects shared_;
+    Surroundings surroundings_;
+    QString title_;
+    FilePanels files_;
+    BottomPanelModel panel_;
+    WindowCommands commands_;
+    SidebarModel sidebar_;
+    RunFooterModel footer_;
+    ViewportModel viewport_;
+    StatusBarModel statusBar_;
+    std::vector<Alert> alerts_;
+    std::vector<NotificationCenter::Token> observers_;
+};
+
+} // namespace ostrella

@@ -1,0 +1,50 @@
+import QtQuick
+import Ostrella.Controls
+import Ostrella.Viewport
+
+// What a drop at this place would do.
+Item {
+    id: overlay
+
+    required property STLDropDelegate model
+
+    Accessible.role: Accessible.StaticText
+    Accessible.name: model.text
+
+    Rectangle {
+        anchors.fill: parent
+        color: Theme.surfaceBase
+        opacity: 0.88
+    }
+
+    DashedFrame {
+        anchors.fill: parent
+        anchors.margins: 16
+        radius: Theme.cardRadius
+        color: overlay.model.refuses ? Theme.textTertiary : Theme.accentPrimary
+    }
+
+    Column {
+        spacing: 12
+        width: parent.width - 96
+        anchors.centerIn: parent
+
+        Symbol {
+            name: overlay.model.symbol
+            size: 32 * Theme.lengthScale
+            color: overlay.model.refuses ? Theme.statusError : Theme.accentPrimary
+            anchors.horizontalCenter: parent.horizontalCenter
+        }
+
+        Text {
+            text: overlay.model.text
+            width: parent.width
+            font: Theme.bodyMedium
+            color: Theme.textPrimary
+            elide: Text.ElideMiddle
+            horizontalAlignment: Text.AlignHCenter
+            textFormat: Text.PlainText
+            Accessible.ignored: true
+        }
+    }
+}

@@ -1,0 +1,212 @@
+import QtQuick
+import Ostrella.Controls
+import Ostrella.Viewport
+
+// The scene, and what lies over it.
+Item {
+    id: view
+
+    required property ViewportModel model
+    readonly property real edge: Theme.edge
+
+    clip: true
+    onWidthChanged: model.reportSize(Qt.size(width, height))
+    onHeightChanged: model.reportSize(Qt.size(width, height))
+
+    ViewportItem {
+        id: scene
+
+        activeFocusOnTab: true
+        anchors.fill: parent
+        Component.onCompleted: view.model.attach(scene)
+    }
+
+    OverlayFrame {
+        model: view.model
+        overlay: ViewportModel.Canvas
+        target: scene
+    }
+
+    Fading {
+        shown: view.model.showsWelcome
+        width: welcome.width
+        height: welcome.height
+        anchors.centerIn: parent
+
+        WelcomeCard {
+            id: welcome
+
+            model: view.model.welcome
+        }
+    }
+
+    Fading {
+        id: infoSlot
+
+        readonly property string kind: view.model.card.kind
+
+        x: view.edge
+        y: view.edge
+        shown: kind === "geometry" || kind === "solver" || kind === "result"
+        width: info.width
+        height: info.height
+
+        InfoCard {
+            id: info
+
+            model: view.model.card
+        }
+    }
+
+    Fading {
+        id: errorSlot
+
+        x: view.edge
+        y: view.edge
+        shown: view.model.card.kind === "error"
+        width: error.width
+        height: error.height
+
+        ErrorCard {
+            id: error
+
+            model: view.model.card
+            mostHeight: Math.max(54, view.height - 200)
+        }
+    }
+
+    OverlayFrame {
+        model: view.model
+        overlay: ViewportModel.Card
+        target: errorSlot.shown ? errorSlot : infoSlot
+        shown: errorSlot.shown || infoSlot.shown
+    }
+
+    Fading {
+        id: legendSlot
+
+        x: view.width - width - view.edge
+        y: view.edge
+        shown: view.model.legend.isShown
+        width: legend.width
+        height: legend.height
+
+        CpLegendView {
+            id: legend
+
+            model: view.model.legend
+        }
+    }
+
+    OverlayFrame {
+        model: view.model
+        overlay: ViewportModel.Legend
+        target: legendSlot
+        shown: legendSlot.shown
+    }
+
+    Fading {
+        id: controlSlot
+
+        x: view.width - width - view.edge
+        y: view.height - height - view.edge
+        shown: view.model.showsViewControl
+        width: control.width
+        height: control.height
+
+        ViewControl {
+            id: control
+
+            model: view.model
+        }
+    }
+
+    OverlayFrame {
+        model: view.model
+        overlay: ViewportModel.ViewControl
+        target: controlSlot
+        shown: controlSlot.shown
+    }
+
+    Fading {
+        id: orientSlot
+
+        x: Math.max(view.edge, Math.round((view.width - width) / 2))
+        y: view.height - height - view.model.orientCardLift
+        shown: view.model.showsOrientCard
+        width: orient.width
+        height: orient.height
+
+        OrientCard {
+            id: orient
+
+            model: view.model.orientCard
+        }
+    }
+
+    OverlayFrame {
+        model: view.model
+        overlay: ViewportModel.OrientCard
+        target: orientSlot
+        shown: orientSlot.shown
+    }
+
+    Fading {
+        shown: view.model.loadingText !== ""
+        width: loading.width
+        height: loading.height
+        anchors.centerIn: parent
+
+        LoadingCard {
+            id: loading
+
+            text: view.model.loadingText
+            mostWidth: Math.min(480, view.width - 48)
+        }
+    }
+
+    Fading {
+        id: noticeSlot
+
+        property string text: ""
+
+        shown: view.model.notice !== ""
+        duration: shown ? 200 : 400
+        width: notice.width
+        height: notice.height
+        x: Math.round((view.width - width) / 2)
+        y: view.height - height - view.edge - view.model.noticeLift
+
+        // The text stays while the notice fades.
+        Binding {
+            target: noticeSlot
+            property: "text"
+            value: view.model.notice
+            when: noticeSlot.shown
+            restoreMode: Binding.RestoreNone
+        }
+
+        NoticeCard {
+            id: notice
+
+            text: noticeSlot.text
+            symbol: view.model.noticeSymbol
+            mostWidth: Math.min(560, view.width - 32)
+        }
+    }
+
+    Fading {
+        shown: view.model.drop.isTargeted
+        anchors.fill: parent
+
+        DropOverlay {
+            model: view.model.drop
+            anchors.fill: parent
+        }
+    }
+
+    DropTarget {
+        delegate: view.model.drop
+        anchors.fill: parent
+    }
+}

@@ -9,9 +9,9 @@
 #include "Views/AlertWindow.h"
 #include "Views/GraphicsChoice.h"
 #include "Views/MainWindow.h"
-#include "Views/ReducedMotion.h"
 #include "Views/Viewport/ViewportItem.h"
 
+#include <QDesktopServices>
 #include <QDir>
 #include <QGuiApplication>
 #include <QUrl>
@@ -20,6 +20,7 @@
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
+#include <memory>
 #include <string_view>
 
 using namespace ostrella;
@@ -31,19 +32,6 @@ void giveUp(const std::string& reason) {
     AlertWindow::present(reason, "", [] { QGuiApplication::exit(EXIT_FAILURE); });
 }
 
-/// Ends the application; a run under way is stopped first, so that it leaves nothing behind.
-void endAfterRun(SimulationController& simulation) {
-    if (!simulation.phase().isActive()) {
-        QGuiApplication::quit();
-        return;
-    }
-    QObject::connect(&simulation, &SimulationController::phaseChanged, qGuiApp, [&simulation] {
-        if (!simulation.phase().isActive())
-            QGuiApplication::quit();
-    });
-    simulation.cancel();
-}
-
 int perform(const QStringList& files) {
     const MainThread mainThread;
     if (!GraphicsChoice::settle()) {
@@ -51,32 +39,45 @@ int perform(const QStringList& files) {
         return QGuiApplication::exec();
     }
     Preferences preferences;
+    std::unique_ptr<MainWindow> window;
+    const auto alert = [&window](const std::string& message, const std::string& text) {
+        window->model().showAlert(message, text);
+    };
     OstrellaApp app({AppBundle::main(), QDir::tempPath().toStdString(), &SystemFacts::words()},
-        preferences, SystemFacts::bootFacts(),
-        [](const std::string& message, const std::string& text) {
-            AlertWindow::present(message, text);
-        });
+        preferences, SystemFacts::bootFacts(), alert);
     const DesktopAppearance appearance;
-    MainWindow window(app);
-    followReducedMotion(*window.viewport().coordinator(), appearance);
-    const auto end = [&app] { endAfterRun(app.simulation); };
+    // A run under way ends with the process: its child programs are told by the system.
+    const auto end = [] { QGuiApplication::quit(); };
+    window = std::make_unique<MainWindow>(app,
+        WindowModel::Surroundings{.words = SystemFacts::words(),
+            .preferences = preferences,
+            .temporaryDirectory = QDir::tempPath().toStdString(),
+            .openAddress =
+                [](const std::string& address) {
+                    QDesktopServices::openUrl(QUrl(QString::fromStdString(address)));
+                },
+            .quit = end},
+        appearance);
     TerminationSignals signals;
-    QObject::connect(&signals, &TerminationSignals::requested, &window, end);
-    QObject::connect(&window, &MainWindow::closed, &window, end);
-    QObject::connect(&window.viewport(), &ViewportItem::deviceProblemChanged, &window, [&] {
-        const std::string problem = window.viewport().deviceProblem().toStdString();
+    QObject::connect(&signals, &TerminationSignals::requested, window.get(), end);
+    QObject::connect(window.get(), &MainWindow::closed, window.get(), end);
+    QObject::connect(&window->viewport(), &ViewportItem::deviceProblemChanged, window.get(), [&] {
+        const std::string problem = window->viewport().deviceProblem().toStdString();
         if (problem == SystemFacts::words().requiredGraphics) {
-            window.hide();
+            window->hide();
             giveUp(problem);
         } else if (!problem.empty()) {
             app.logStore.append("Viewport not drawn · " + problem, LogStore::Level::error);
         }
     });
-    window.show();
+    window->show();
     app.start();
     for (const QString& file : files)
         app.openURL(QUrl::fromUserInput(file, QDir::currentPath(), QUrl::AssumeLocalFile));
-    return QGuiApplication::exec();
+    const int status = QGuiApplication::exec();
+    // It shows what the shared objects hold.
+    window.reset();
+    return status;
 }
 
 } // namespace

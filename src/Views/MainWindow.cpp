@@ -1,37 +1,103 @@
 #include "Views/MainWindow.h"
 
-#include "Brand/ViewportStyle.h"
+#include "Models/Precondition.h"
 #include "Ostrella/OstrellaApp.h"
+#include "Platform/DesktopAppearance.h"
+#include "Views/Controls/Theme.h"
+#include "Views/ReducedMotion.h"
 #include "Views/Viewport/ViewportItem.h"
 
-#include <QCloseEvent>
-#include <QColor>
+#include <QEvent>
+#include <QQuickStyle>
+#include <QUrl>
+#include <QVariant>
 
 namespace ostrella {
 
+void useControlsModule();
+void useViewportModule();
+void useSidebarModule();
+void usePanelModule();
+void useChromeModule();
+
 namespace {
 
-constexpr QSize firstSize(1200, 800);
+SharedObjects sharedObjects(OstrellaApp& app) {
+    return {app.parameters, app.renderSettings, app.logStore, app.historyStore, app.appSettings,
+        app.simulation, app.notifications, app.importer, app.samples};
+}
+
+void useModules() {
+    useControlsModule();
+    useViewportModule();
+    useSidebarModule();
+    usePanelModule();
+    useChromeModule();
+}
+
+void followAppearance(Theme& theme, const DesktopAppearance& appearance) {
+    const auto follow = [&theme, &appearance] {
+        theme.setDark(appearance.isDark());
+        theme.setTextScale(appearance.textScale());
+        theme.setReducedMotion(appearance.prefersReducedMotion());
+    };
+    QObject::connect(&appearance, &DesktopAppearance::isDarkChanged, &theme, follow);
+    QObject::connect(&appearance, &DesktopAppearance::textScaleChanged, &theme, follow);
+    QObject::connect(&appearance, &DesktopAppearance::prefersReducedMotionChanged, &theme, follow);
+    follow();
+}
 
 } // namespace
 
-MainWindow::MainWindow(OstrellaApp& app) : viewport_(new ViewportItem(contentItem())) {
-    setTitle(QStringLiteral("Ostrella"));
-    const Vec3& ground = ViewportStyle::background;
-    setColor(QColor::fromRgbF(ground.r, ground.g, ground.b));
-    viewport_->setModel(app.parameters, app.renderSettings);
-    viewport_->setFocus(true);
-    const auto fill = [this] { viewport_->setSize(contentItem()->size()); };
-    connect(contentItem(), &QQuickItem::widthChanged, viewport_, fill);
-    connect(contentItem(), &QQuickItem::heightChanged, viewport_, fill);
-    resize(firstSize);
+MainWindow::MainWindow(OstrellaApp& app, const WindowModel::Surroundings& surroundings,
+    const DesktopAppearance& appearance)
+    : model_(sharedObjects(app), surroundings) {
+    useModules();
+    followAppearance(Theme::shared(), appearance);
+    QQuickStyle::setStyle(QStringLiteral("Basic"));
+    QQuickWindow::setTextRenderType(QQuickWindow::NativeTextRendering);
+
+    engine_.addImportPath(QStringLiteral(":/qt/qml"));
+    engine_.setInitialProperties({{QStringLiteral("model"), QVariant::fromValue(&model_)}});
+    engine_.load(QUrl(QStringLiteral("qrc:/qt/qml/Ostrella/Chrome/MainWindow.qml")));
+    precondition(!engine_.rootObjects().isEmpty(), "the main window's description is whole");
+    window_ = qobject_cast<QQuickWindow*>(engine_.rootObjects().constFirst());
+    precondition(window_ != nullptr, "the main window is a window");
+    viewport_ = window_->findChild<ViewportItem*>();
+    precondition(viewport_ != nullptr, "the main window has a viewport");
+    window_->installEventFilter(this);
+    followReducedMotion(*viewport_->coordinator(), appearance);
 }
 
-bool MainWindow::event(QEvent* event) {
-    const bool wasHandled = QQuickWindow::event(event);
-    if (event->type() == QEvent::Close && event->isAccepted())
+MainWindow::~MainWindow() {
+    window_->removeEventFilter(this);
+}
+
+void MainWindow::show() {
+    window_->show();
+}
+
+void MainWindow::hide() {
+    window_->hide();
+}
+
+void MainWindow::raise(const QString& token) {
+    if (!token.isEmpty()) {
+        // The toolkit hands it to the window system with the request.
+        qputenv("XDG_ACTIVATION_TOKEN", token.toUtf8());
+    }
+    if (window_->visibility() == QWindow::Minimized) {
+        window_->showNormal();
+    }
+    window_->raise();
+    window_->requestActivate();
+}
+
+bool MainWindow::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == window_ && event->type() == QEvent::Close) {
         Q_EMIT closed();
-    return wasHandled;
+    }
+    return false;
 }
 
 } // namespace ostrella

@@ -20,9 +20,9 @@ BrandMenuBar {
         });
         for (const entry of description.items) {
             if (entry.separator)
-                menu.addItem(separatorComponent.createObject(menu));
+                menu.addItem(separatorComponent.createObject(menu.contentItem));
             else
-                menu.addItem(itemComponent.createObject(menu, {
+                menu.addItem(itemComponent.createObject(menu.contentItem, {
                     entry: entry
                 }));
         }

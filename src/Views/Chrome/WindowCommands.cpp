@@ -177,9 +177,10 @@ QVariantMap WindowCommands::entry(const CommandTable::Item& item) {
 
 QVariantMap WindowCommands::standard(
     const QString& text, const QStringList& shortcuts, Signal signal, const QString& operation) {
-    return entryOf(text, shortcuts, false,
-        add({.action = [this, signal, operation] { Q_EMIT(this->*signal)
-                                                   (operation); }}));
+    return entryOf(text, shortcuts, false, add({.action = [this, signal, operation] {
+        Q_EMIT(this->*signal)
+        (operation);
+    }}));
 }
 
 QVariantList WindowCommands::entries(CommandTable::Menu menu) {
@@ -212,18 +213,17 @@ void WindowCommands::makeMenus() {
 
     QVariantList file = entries(Menu::file);
     file.append(separator());
-    file.append(
-        entryOf(text("Export Results…"), {}, false, make(plain(Command::exportResults))));
+    file.append(entryOf(text("Export Results…"), {}, false, make(plain(Command::exportResults))));
     file.append(separator());
     file.append(entryOf(text("Quit"), {text("Ctrl+Q")}, false, add({.action = doors_.quit})));
     addMenu(qStringOf(CommandTable::menuTitle(Menu::file)), file);
 
-    addMenu(text("Edit"), {edit("Undo", "Ctrl+Z", "undo"), edit("Redo", "Ctrl+Shift+Z", "redo"),
-                              separator(), edit("Cut", "Ctrl+X", "cut"),
-                              edit("Copy", "Ctrl+C", "copy"), edit("Paste", "Ctrl+V", "paste"),
-                              edit("Select All", "Ctrl+A", "selectAll"), separator(),
-                              entryOf(text("Settings…"), {text("Ctrl+,")}, false,
-                                  make(plain(Command::settings)))});
+    addMenu(text("Edit"),
+        {edit("Undo", "Ctrl+Z", "undo"), edit("Redo", "Ctrl+Shift+Z", "redo"), separator(),
+            edit("Cut", "Ctrl+X", "cut"), edit("Copy", "Ctrl+C", "copy"),
+            edit("Paste", "Ctrl+V", "paste"), edit("Select All", "Ctrl+A", "selectAll"),
+            separator(),
+            entryOf(text("Settings…"), {text("Ctrl+,")}, false, make(plain(Command::settings)))});
 
     QVariantList view = entries(Menu::view);
     view.append(window("Full Screen", {text("F11")}, "fullScreen"));

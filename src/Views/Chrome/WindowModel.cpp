@@ -34,9 +34,11 @@ WindowModel::WindowModel(
               .quit = surroundings.quit}),
       sidebar_(shared, surroundings.words),
       footer_(shared, surroundings.words, surroundings.clock, surroundings.timers),
-      viewport_(
-          shared, surroundings.words, [this] { saveImage(); }, surroundings.clock,
-          surroundings.timers),
+      viewport_(shared, {.words = surroundings.words,
+                            .preferences = surroundings.preferences,
+                            .saveImage = [this] { saveImage(); },
+                            .clock = surroundings.clock,
+                            .timers = surroundings.timers}),
       statusBar_(shared, surroundings.temporaryDirectory) {
     observe();
     refreshTitle();

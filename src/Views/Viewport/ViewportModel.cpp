@@ -81,8 +81,10 @@ void ViewportModel::observe() {
         Notifications::fitToViewRequested, [this](const std::any&) { fit(); }));
 }
 
-void ViewportModel::attach(ViewportItem* item) {
-    item->setModel(shared_.parameters, shared_.renderSettings);
+void ViewportModel::attach(QObject* item) {
+    if (auto* scene = qobject_cast<ViewportItem*>(item)) {
+        scene->setModel(shared_.parameters, shared_.renderSettings);
+    }
 }
 
 bool ViewportModel::showsWelcome() const {

@@ -105,8 +105,8 @@ public:
     double orientCardLift() const { return ViewportLayout::orientCardLift(layout_); }
     double noticeLift() const { return ViewportLayout::noticeLift(layout_); }
 
-    /// Shows the scene in an item.
-    Q_INVOKABLE void attach(ostrella::ViewportItem* item);
+    /// Shows the scene in a ViewportItem.
+    Q_INVOKABLE void attach(QObject* item);
     /// The viewport has this size, and an overlay this frame in it; an empty one for an overlay
     /// that is not there.
     Q_INVOKABLE void reportSize(const QSizeF& size);

@@ -10,6 +10,7 @@ Item {
 
     function show(dialog) {
         dialog.title = files.title;
+        dialog.currentFolder = files.folder;
         dialog.open();
     }
 
@@ -25,7 +26,7 @@ Item {
                 dialogs.show(folder);
                 break;
             case FilePanels.Picture:
-                picture.currentFile = picture.currentFolder + "/" + encodeURIComponent(dialogs.files.suggestedName);
+                picture.currentFile = dialogs.files.folder + "/" + encodeURIComponent(dialogs.files.suggestedName);
                 dialogs.show(picture);
                 break;
             default:

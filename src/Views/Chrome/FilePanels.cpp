@@ -1,10 +1,14 @@
 #include "Views/Chrome/FilePanels.h"
 
+#include <QDir>
+#include <QFileInfo>
+
 #include <utility>
 
 namespace ostrella {
 
-FilePanels::FilePanels(QObject* parent) : QObject(parent) {}
+FilePanels::FilePanels(QObject* parent)
+    : QObject(parent), folder_(QUrl::fromLocalFile(QDir::homePath())) {}
 
 void FilePanels::askForModel(Answer answer) {
     ask(Kind::Model, std::move(answer));
@@ -58,6 +62,7 @@ void FilePanels::accept(const QUrl& place) {
     if (kind_ == Kind::Picture && !file.endsWith(QLatin1String(".png"), Qt::CaseInsensitive)) {
         file += QLatin1String(".png");
     }
+    folder_ = kind_ == Kind::Folder ? place : QUrl::fromLocalFile(QFileInfo(file).absolutePath());
     end(std::filesystem::path(file.toStdU16String()));
 }
 

@@ -26,6 +26,8 @@ class FilePanels : public QObject {
     Q_PROPERTY(QString message READ message NOTIFY changed)
     /// Of its accepting button; may be empty, for the desktop's own word.
     Q_PROPERTY(QString prompt READ prompt NOTIFY changed)
+    /// Where the panel begins: the folder of the last choice, at first the user's own.
+    Q_PROPERTY(QUrl folder READ folder NOTIFY changed)
     Q_PROPERTY(QString suggestedName READ suggestedName NOTIFY changed)
 
 public:
@@ -47,6 +49,7 @@ public:
     QString title() const;
     QString message() const;
     QString prompt() const;
+    const QUrl& folder() const { return folder_; }
     QString suggestedName() const { return suggestedName_; }
 
     /// The user has chosen. What is no file of this machine is no choice.
@@ -61,6 +64,7 @@ private:
     void end(const std::optional<std::filesystem::path>& place);
 
     Kind kind_ = Kind::None;
+    QUrl folder_;
     QString suggestedName_;
     Answer answer_;
 };

@@ -31,6 +31,27 @@ ApplicationWindow {
 
     title: model.title
     color: Theme.surfaceBase
+    font: Theme.body
+
+    // For what the toolkit draws itself where the desktop has no panels of its own.
+    palette {
+        window: Theme.surfaceRaised
+        windowText: Theme.textPrimary
+        base: Theme.surfaceSunken
+        text: Theme.textPrimary
+        button: Theme.surfaceRaised
+        buttonText: Theme.textPrimary
+        light: Theme.over(Theme.surfaceSunken, Theme.washHover)
+        midlight: Theme.over(Theme.surfaceSunken, Theme.washHover)
+        mid: Theme.over(Theme.surfaceRaised, Theme.borderStrong)
+        dark: Theme.textSecondary
+        shadow: Theme.floatingShadow
+        highlight: Theme.over(Theme.surfaceSunken, Theme.accentSubtle)
+        highlightedText: Theme.textPrimary
+        brightText: Theme.textPrimary
+        placeholderText: Theme.textTertiary
+    }
+
     minimumWidth: 1200
     minimumHeight: 800
     width: 1440

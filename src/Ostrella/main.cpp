@@ -2,11 +2,17 @@
 
 #include "Models/MainThread.h"
 #include "Ostrella/OstrellaApp.h"
+#include "Ostrella/StartOptions.h"
+#include "Platform/ChildProcess.h"
 #include "Platform/DesktopAppearance.h"
+#include "Platform/DesktopEntry.h"
+#include "Platform/DisplayProbe.h"
 #include "Platform/Preferences.h"
+#include "Platform/SingleInstance.h"
 #include "Platform/SystemFacts.h"
 #include "Platform/TerminationSignals.h"
 #include "Views/AlertWindow.h"
+#include "Views/DesktopLink.h"
 #include "Views/GraphicsChoice.h"
 #include "Views/MainWindow.h"
 #include "Views/Viewport/ViewportItem.h"
@@ -14,25 +20,48 @@
 #include <QDesktopServices>
 #include <QDir>
 #include <QGuiApplication>
+#include <QLoggingCategory>
 #include <QUrl>
 
+#include <chrono>
 #include <clocale>
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <memory>
-#include <string_view>
 
 using namespace ostrella;
 
 namespace {
+
+constexpr int wrongUsage = 2;
+
+Q_LOGGING_CATEGORY(startLog, "ostrella.start", QtWarningMsg)
 
 /// Has the user read why nothing can be drawn, and ends then.
 void giveUp(const std::string& reason) {
     AlertWindow::present(reason, "", [] { QGuiApplication::exit(EXIT_FAILURE); });
 }
 
-int perform(const QStringList& files) {
+/// For measuring: the moment on the machine's steady clock, which every program reads alike.
+void tellFirstFrame(MainWindow& window) {
+    if (startLog().isDebugEnabled()) {
+        QObject::connect(
+            &window.window(), &QQuickWindow::frameSwapped, &window,
+            [] {
+                const std::chrono::duration<double> now =
+                    std::chrono::steady_clock::now().time_since_epoch();
+                qCDebug(startLog, "first frame at %.6f s", now.count());
+            },
+            Qt::SingleShotConnection);
+    }
+}
+
+int perform(const HandOver& start) {
+    SingleInstance instance(SingleInstance::usualSocket());
+    if (instance.start(start) == SingleInstance::Role::second) {
+        return EXIT_SUCCESS;
+    }
     const MainThread mainThread;
     if (!GraphicsChoice::settle()) {
         giveUp(std::string(SystemFacts::words().requiredGraphics));
@@ -46,8 +75,7 @@ int perform(const QStringList& files) {
     OstrellaApp app({AppBundle::main(), QDir::tempPath().toStdString(), &SystemFacts::words()},
         preferences, SystemFacts::bootFacts(), alert);
     const DesktopAppearance appearance;
-    // A run under way ends with the process: its child programs are told by the system.
-    const auto end = [] { QGuiApplication::quit(); };
+    const auto end = [] { QGuiApplication::exit(EXIT_SUCCESS); };
     window = std::make_unique<MainWindow>(app,
         WindowModel::Surroundings{.words = SystemFacts::words(),
             .preferences = preferences,
@@ -58,6 +86,7 @@ int perform(const QStringList& files) {
                 },
             .quit = end},
         appearance);
+    auto link = std::make_unique<DesktopLink>(app, *window, instance);
     TerminationSignals signals;
     QObject::connect(&signals, &TerminationSignals::requested, window.get(), end);
     QObject::connect(window.get(), &MainWindow::closed, window.get(), end);
@@ -70,12 +99,18 @@ int perform(const QStringList& files) {
             app.logStore.append("Viewport not drawn · " + problem, LogStore::Level::error);
         }
     });
+    tellFirstFrame(*window);
     window->show();
     app.start();
-    for (const QString& file : files)
-        app.openURL(QUrl::fromUserInput(file, QDir::currentPath(), QUrl::AssumeLocalFile));
+    for (const auto& document : start.documents) {
+        app.openURL(QUrl::fromLocalFile(QString::fromStdString(document.string())));
+    }
     const int status = QGuiApplication::exec();
-    // It shows what the shared objects hold.
+    // Nothing waits for a run under way: it ends with the process, and its programs here.
+    window->hide();
+    ChildProcess::killAllForGood();
+    // Both show what the shared objects hold.
+    link.reset();
     window.reset();
     return status;
 }
@@ -83,19 +118,30 @@ int perform(const QStringList& files) {
 } // namespace
 
 int main(int argc, char** argv) {
-    for (int i = 1; i < argc; ++i) {
-        if (std::string_view(argv[i]) == "--version") {
-            std::printf("Ostrella %s\n", AppBundle::version().c_str());
-            return EXIT_SUCCESS;
-        }
+    const auto parsed = parseStartOptions({argv + 1, argv + argc});
+    if (const auto* reply = std::get_if<StartReply>(&parsed)) {
+        std::fputs(reply->text.c_str(), reply->isError ? stderr : stdout);
+        return reply->isError ? wrongUsage : EXIT_SUCCESS;
     }
+    if (!DisplayProbe::canShowWindows()) {
+        std::fputs("ostrella: there is no display to open a window on. Runs without a window are "
+                   "ostrella-batch's.\n",
+            stderr);
+        return EXIT_FAILURE;
+    }
+    // The toolkit takes the desktop's token out of the environment.
+    const HandOver start = HandOver::ofThisStart(std::get<StartOptions>(parsed).files);
     GraphicsChoice::prepare();
     QGuiApplication application(argc, argv);
     QGuiApplication::setApplicationName(QStringLiteral("Ostrella"));
+    QGuiApplication::setDesktopFileName(QString::fromLatin1(DesktopEntry::identifier));
     // The end is told by hand, since a run may have to end before.
     QGuiApplication::setQuitOnLastWindowClosed(false);
     std::signal(SIGXFSZ, SIG_IGN);
     // Qt takes over the user's language; numbers in files have a point.
     std::setlocale(LC_NUMERIC, "C");
-    return perform(QGuiApplication::arguments().mid(1));
+    const int status = perform(start);
+    // Workers that nobody waits for still run: what they use must not be destroyed under them.
+    std::fflush(nullptr);
+    std::_Exit(status);
 }

@@ -4,6 +4,7 @@
 
 #include <cerrno>
 #include <csignal>
+#include <set>
 #include <system_error>
 
 #include <fcntl.h>
@@ -96,6 +97,19 @@ void ensureChildrenAreReported() {
     }
 }
 
+/// The children that run. Never destroyed, since workers may outlive main(). Its lock is taken
+/// before that of a child.
+struct Family {
+    std::mutex mutex;
+    std::set<ChildProcess*> running;
+    bool isClosed = false;
+};
+
+Family& family() {
+    static Family* const instance = new Family;
+    return *instance;
+}
+
 std::string startFailure(const ChildProcess::Program& program) {
     std::error_code ignored;
     if (program.directory && !fs::is_directory(*program.directory, ignored)) {
@@ -131,8 +145,12 @@ ChildProcess::~ChildProcess() {
 }
 
 void ChildProcess::start(const Program& program, int output) {
+    const std::lock_guard familyLock(family().mutex);
     const std::lock_guard lock(mutex_);
     precondition(pid_ == 0, "a child process is started once");
+    if (family().isClosed) {
+        throw std::system_error(ECANCELED, std::generic_category(), startFailure(program));
+    }
     ensureChildrenAreReported();
 
     // The child changes its directory before it looks for the program.
@@ -152,6 +170,7 @@ void ChildProcess::start(const Program& program, int output) {
     }
     pid_ = pid;
     running_ = true;
+    family().running.insert(this);
 }
 
 std::int32_t ChildProcess::wait() {
@@ -164,8 +183,10 @@ std::int32_t ChildProcess::wait() {
     // As long as the child is not reaped its identifier belongs to nobody else; the mark is set
     // before that, under the lock that a signal takes.
     const auto markEnded = [this] {
+        const std::lock_guard familyLock(family().mutex);
         const std::lock_guard lock(mutex_);
         running_ = false;
+        family().running.erase(this);
     };
     try {
         waitForEnd(pid, WNOWAIT);
@@ -188,6 +209,14 @@ void ChildProcess::terminate() {
 
 void ChildProcess::kill() {
     signal(SIGKILL);
+}
+
+void ChildProcess::killAllForGood() {
+    const std::lock_guard lock(family().mutex);
+    family().isClosed = true;
+    for (ChildProcess* const child : family().running) {
+        child->kill();
+    }
 }
 
 void ChildProcess::signal(int number) {

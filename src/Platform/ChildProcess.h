@@ -45,6 +45,10 @@ public:
     void terminate();
     void kill();
 
+    /// Kills every child of the process that is running and lets none start from then on: start()
+    /// throws. For a process that is about to end and waits for nobody.
+    static void killAllForGood();
+
 private:
     void signal(int number);
 

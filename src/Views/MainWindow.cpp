@@ -22,11 +22,6 @@ void useChromeModule();
 
 namespace {
 
-SharedObjects sharedObjects(OstrellaApp& app) {
-    return {app.parameters, app.renderSettings, app.logStore, app.historyStore, app.appSettings,
-        app.simulation, app.notifications, app.importer, app.samples};
-}
-
 void useModules() {
     useControlsModule();
     useViewportModule();
@@ -71,6 +66,11 @@ MainWindow::MainWindow(OstrellaApp& app, const WindowModel::Surroundings& surrou
 
 MainWindow::~MainWindow() {
     window_->removeEventFilter(this);
+}
+
+SharedObjects MainWindow::sharedObjects(OstrellaApp& app) {
+    return {app.parameters, app.renderSettings, app.logStore, app.historyStore, app.appSettings,
+        app.simulation, app.notifications, app.importer, app.samples};
 }
 
 void MainWindow::show() {

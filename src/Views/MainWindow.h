@@ -23,6 +23,9 @@ public:
         const DesktopAppearance& appearance);
     ~MainWindow() override;
 
+    /// What the application's views are given.
+    static SharedObjects sharedObjects(OstrellaApp& app);
+
     WindowModel& model() { return model_; }
     QQuickWindow& window() { return *window_; }
     ViewportItem& viewport() { return *viewport_; }

@@ -27,6 +27,8 @@ public:
     /// Waits until the program has written `text`.
     bool waitForOutput(const std::string& text);
     void signal(int number) const;
+    /// As the system knows the process.
+    qint64 number() const { return process_.processId(); }
     /// Waits for the end and gives the exit status; 1000 and the signal if one killed it.
     int finish(std::chrono::seconds limit = std::chrono::seconds(100));
     int run(const std::vector<std::string>& arguments);

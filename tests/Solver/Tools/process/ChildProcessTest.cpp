@@ -5,8 +5,11 @@
 
 #include <gtest/gtest.h>
 
+#include <cerrno>
 #include <csignal>
+#include <cstdlib>
 #include <string>
+#include <system_error>
 
 #include <unistd.h>
 
@@ -89,6 +92,33 @@ TEST(ChildProcessDeathTest, isStartedAndWaitedForOnce) {
         child.wait();
     };
     EXPECT_DEATH(waitBeforeStart(), "waited for once, after its start");
+}
+
+/// In a process of its own, since there is no way back.
+TEST(ChildProcessDeathTest, afterTheLastKillNoneRunsAndNoneStarts) {
+    const auto attempt = [] {
+        Pipe pipe = Pipe::make();
+        const ChildProcess::Program slow{
+            .executable = program("slow"), .arguments = {}, .directory = std::nullopt};
+        ChildProcess first;
+        ChildProcess second;
+        ChildProcess ended;
+        ended.start(slow, pipe.writeEnd.get());
+        ended.kill();
+        ended.wait();
+        first.start(slow, pipe.writeEnd.get());
+        second.start(slow, pipe.writeEnd.get());
+        ChildProcess::killAllForGood();
+        const bool areKilled = first.wait() == SIGKILL && second.wait() == SIGKILL;
+        bool isRefused = false;
+        try {
+            ChildProcess().start(slow, pipe.writeEnd.get());
+        } catch (const std::system_error& error) {
+            isRefused = error.code().value() == ECANCELED;
+        }
+        std::_Exit(areKilled && isRefused ? 0 : 1);
+    };
+    EXPECT_EXIT(attempt(), testing::ExitedWithCode(0), "");
 }
 
 } // namespace

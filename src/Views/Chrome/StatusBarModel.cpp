@@ -7,6 +7,7 @@
 #include "Solver/Run/SimulationController.h"
 #include "Solver/Tools/Background.h"
 #include "Views/Format/SystemInfo.h"
+#include "Views/QStringOf.h"
 
 #include <QPointer>
 #include <QVariantMap>
@@ -15,14 +16,6 @@
 #include <utility>
 
 namespace ostrella {
-
-namespace {
-
-QString qString(std::string_view text) {
-    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
-}
-
-} // namespace
 
 StatusBarModel::MachineQueries StatusBarModel::MachineQueries::system() {
     return {SystemFacts::availableCapacity, [] {
@@ -118,24 +111,24 @@ void StatusBarModel::refreshLine() {
 }
 
 QString StatusBarModel::text() const {
-    return qString(line_.text);
+    return qStringOf(line_.text);
 }
 
 QString StatusBarModel::tone() const {
-    return qString(rawValue(line_.tone));
+    return qStringOf(rawValue(line_.tone));
 }
 
 QVariantList StatusBarModel::counters() const {
     QVariantList counters;
     for (const StatusCounter& counter : line_.counters) {
-        counters.append(QVariantMap{{QStringLiteral("text"), qString(counter.text)},
+        counters.append(QVariantMap{{QStringLiteral("text"), qStringOf(counter.text)},
             {QStringLiteral("mono"), counter.mono}});
     }
     return counters;
 }
 
 QString StatusBarModel::machine() const {
-    return qString(machine_);
+    return qStringOf(machine_);
 }
 
 } // namespace ostrella

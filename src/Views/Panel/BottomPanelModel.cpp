@@ -2,6 +2,7 @@
 
 #include "Models/HistoryStore.h"
 #include "Solver/Run/SimulationController.h"
+#include "Views/QStringOf.h"
 
 #include <QVariantMap>
 
@@ -11,10 +12,6 @@
 namespace ostrella {
 
 namespace {
-
-QString text(std::string_view utf8) {
-    return QString::fromUtf8(utf8.data(), static_cast<qsizetype>(utf8.size()));
-}
 
 QVariantMap option(int value, const QString& title, const QString& help = {}) {
     QVariantMap result{{QStringLiteral("value"), value}, {QStringLiteral("title"), title}};
@@ -146,7 +143,7 @@ QString BottomPanelModel::rightText() const {
 QVariantList BottomPanelModel::tabs() const {
     QVariantList result;
     for (const Tab tab : PanelText::allTabs) {
-        result.push_back(option(static_cast<int>(tab), text(PanelText::title(tab))));
+        result.push_back(option(static_cast<int>(tab), qStringOf(PanelText::title(tab))));
     }
     return result;
 }
@@ -154,8 +151,8 @@ QVariantList BottomPanelModel::tabs() const {
 QVariantList BottomPanelModel::filters() const {
     QVariantList result;
     for (const LogFilter filter : allLogFilters) {
-        result.push_back(
-            option(static_cast<int>(filter), text(rawValue(filter)), text(logFilterHelp(filter))));
+        result.push_back(option(static_cast<int>(filter), qStringOf(rawValue(filter)),
+            qStringOf(logFilterHelp(filter))));
     }
     return result;
 }
@@ -165,11 +162,11 @@ bool BottomPanelModel::hasData() const {
 }
 
 QString BottomPanelModel::emptySymbol() const {
-    return text(PanelText::emptySymbol);
+    return qStringOf(PanelText::emptySymbol);
 }
 
 QString BottomPanelModel::emptyText() const {
-    return text(PanelText::emptyText);
+    return qStringOf(PanelText::emptyText);
 }
 
 } // namespace ostrella

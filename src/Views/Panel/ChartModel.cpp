@@ -6,6 +6,7 @@
 #include "Views/Controls/Theme.h"
 #include "Views/Format/ChartPalette.h"
 #include "Views/Format/PanelText.h"
+#include "Views/QStringOf.h"
 
 #include <QVariantMap>
 #include <fmt/format.h>
@@ -17,21 +18,13 @@
 
 namespace ostrella {
 
-namespace {
-
-QString text(std::string_view utf8) {
-    return QString::fromUtf8(utf8.data(), static_cast<qsizetype>(utf8.size()));
-}
-
-} // namespace
-
 ChartModel::ChartModel(const HistoryStore& history, Kind kind, QObject* parent)
     : QObject(parent), history_(history), kind_(kind), thinned_(1, zero()), update_(this, [this] {
           update();
       }) {
     const auto schedule = [this] { update_.schedule(); };
     if (isOfResiduals()) {
-        note_ = text(PanelText::residualsNote);
+        note_ = qStringOf(PanelText::residualsNote);
         connect(&history, &HistoryStore::residualsChanged, this, schedule);
         connect(&history, &HistoryStore::residualLabelsChanged, this, schedule);
     } else {
@@ -57,11 +50,11 @@ void ChartModel::setColumns(std::size_t columns) {
 }
 
 QString ChartModel::title() const {
-    return text(isOfResiduals() ? PanelText::residualsTitle : PanelText::coefficientsTitle);
+    return qStringOf(isOfResiduals() ? PanelText::residualsTitle : PanelText::coefficientsTitle);
 }
 
 QString ChartModel::axisName() const {
-    return text(isOfResiduals() ? PanelText::residualsAxisName : PanelText::coefficientsTitle);
+    return qStringOf(isOfResiduals() ? PanelText::residualsAxisName : PanelText::coefficientsTitle);
 }
 
 QColor ChartModel::color(std::size_t series) const {
@@ -75,7 +68,7 @@ QVariantList ChartModel::legend() const {
     QVariantList legend;
     for (std::size_t i = 0; i < labels_.size(); ++i) {
         legend.push_back(QVariantMap{
-            {QStringLiteral("label"), text(labels_[i])}, {QStringLiteral("color"), color(i)}});
+            {QStringLiteral("label"), qStringOf(labels_[i])}, {QStringLiteral("color"), color(i)}});
     }
     return legend;
 }
@@ -85,7 +78,7 @@ QVariantList ChartModel::ticks(const ChartAxis& axis) {
     for (std::size_t i = 0; i < axis.ticks.size(); ++i) {
         result.push_back(
             QVariantMap{{QStringLiteral("at"), (axis.ticks[i] - axis.from) / (axis.to - axis.from)},
-                {QStringLiteral("text"), text(axis.labels[i])}});
+                {QStringLiteral("text"), qStringOf(axis.labels[i])}});
     }
     return result;
 }
@@ -93,7 +86,7 @@ QVariantList ChartModel::ticks(const ChartAxis& axis) {
 QString ChartModel::longestValue() const {
     const auto longest = std::max_element(values_.labels.begin(), values_.labels.end(),
         [](const std::string& a, const std::string& b) { return a.size() < b.size(); });
-    return longest == values_.labels.end() ? QString() : text(*longest);
+    return longest == values_.labels.end() ? QString() : qStringOf(*longest);
 }
 
 QString ChartModel::description() const {
@@ -106,7 +99,7 @@ QString ChartModel::description() const {
                 newest.iteration);
         }
     }
-    return text(result);
+    return qStringOf(result);
 }
 
 void ChartModel::update() {
@@ -118,7 +111,8 @@ void ChartModel::update() {
     updateLines();
     updateAxes();
     if (!isOfResiduals()) {
-        QString note = text(ChartSeries::latestSummary(history_.latestCoefficients(), labels_));
+        QString note =
+            qStringOf(ChartSeries::latestSummary(history_.latestCoefficients(), labels_));
         if (std::exchange(note_, note) != note) {
             Q_EMIT noteChanged();
         }

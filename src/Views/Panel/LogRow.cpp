@@ -2,6 +2,7 @@
 
 #include "Models/LogFormatting.h"
 #include "Views/Controls/Theme.h"
+#include "Views/QStringOf.h"
 
 #include <fmt/format.h>
 
@@ -16,22 +17,14 @@
 
 namespace ostrella {
 
-namespace {
-
-QString text(std::string_view utf8) {
-    return QString::fromUtf8(utf8.data(), static_cast<qsizetype>(utf8.size()));
-}
-
-} // namespace
-
 LogRow::LogRow(const LogStore::Line& line, const LogStyle& style, qreal width)
     : style_(style),
       level_(line.level),
       width_(width),
       letter_(QFontMetricsF(style.font).horizontalAdvance(QLatin1Char('0'))),
-      tag_(text(LogFormatting::tag(line.level))),
-      time_(text(LogFormatting::time(line.date))),
-      text_(text(line.text), style.font) {
+      tag_(qStringOf(LogFormatting::tag(line.level))),
+      time_(qStringOf(LogFormatting::time(line.date))),
+      text_(qStringOf(line.text), style.font) {
     QTextOption option;
     option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
     option.setTabStopDistance(8 * letter_);

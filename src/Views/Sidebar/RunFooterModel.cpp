@@ -7,6 +7,7 @@
 #include "Solver/Run/SimulationController.h"
 #include "Views/Format/SidebarFormat.h"
 #include "Views/Format/SidebarText.h"
+#include "Views/QStringOf.h"
 
 #include <QPointer>
 
@@ -16,16 +17,12 @@ namespace {
 
 constexpr std::chrono::duration<double> tickInterval = std::chrono::seconds(1);
 
-QString qString(std::string_view text) {
-    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
-}
-
 QVariantMap footerTexts(const PlatformWords& words) {
-    return {{QStringLiteral("run"), qString(SidebarText::run)},
-        {QStringLiteral("runSymbol"), qString(SidebarText::runSymbol)},
-        {QStringLiteral("runHelp"), qString(SidebarText::runHelp(words))},
-        {QStringLiteral("cancel"), qString(SidebarText::cancel)},
-        {QStringLiteral("cancelHelp"), qString(SidebarText::cancelHelp)}};
+    return {{QStringLiteral("run"), qStringOf(SidebarText::run)},
+        {QStringLiteral("runSymbol"), qStringOf(SidebarText::runSymbol)},
+        {QStringLiteral("runHelp"), qStringOf(SidebarText::runHelp(words))},
+        {QStringLiteral("cancel"), qStringOf(SidebarText::cancel)},
+        {QStringLiteral("cancelHelp"), qStringOf(SidebarText::cancelHelp)}};
 }
 
 } // namespace
@@ -105,7 +102,7 @@ bool RunFooterModel::showsProgress() const {
 }
 
 QString RunFooterModel::progressTitle() const {
-    return qString(SidebarFormat::progressTitle(
+    return qStringOf(SidebarFormat::progressTitle(
         shared_.simulation.phase(), iteration(), shared_.simulation.maxIterations()));
 }
 
@@ -117,7 +114,7 @@ QString RunFooterModel::progressDetail() const {
     if (simulation.phase().kind != RunPhase::Kind::postProcessing && iteration()) {
         remaining = rate_.remainingSeconds(simulation.maxIterations(), now_);
     }
-    return qString(SidebarFormat::timingLine(elapsed, remaining));
+    return qStringOf(SidebarFormat::timingLine(elapsed, remaining));
 }
 
 double RunFooterModel::progressFraction() const {
@@ -126,13 +123,13 @@ double RunFooterModel::progressFraction() const {
 }
 
 QString RunFooterModel::progressValue() const {
-    return qString(
+    return qStringOf(
         SidebarFormat::progressValue(progressFraction(), progressDetail().toStdString()));
 }
 
 QString RunFooterModel::summaryHead() const {
     return shared_.parameters.lastRunResult() && shared_.simulation.summary()
-               ? qString(SidebarText::lastRun)
+               ? qStringOf(SidebarText::lastRun)
                : QString();
 }
 
@@ -144,7 +141,7 @@ QString RunFooterModel::summaryParts() const {
     for (const std::string& part : SidebarFormat::summaryParts(*shared_.simulation.summary())) {
         text += " · " + part;
     }
-    return qString(text);
+    return qStringOf(text);
 }
 
 std::optional<SidebarFormat::StateLine> RunFooterModel::stateLine() const {
@@ -158,12 +155,12 @@ std::optional<SidebarFormat::StateLine> RunFooterModel::stateLine() const {
 
 QString RunFooterModel::stateText() const {
     const auto line = stateLine();
-    return line ? qString(line->text) : QString();
+    return line ? qStringOf(line->text) : QString();
 }
 
 QString RunFooterModel::stateTone() const {
     const auto line = stateLine();
-    return line ? qString(SidebarFormat::rawValue(line->tone)) : QString();
+    return line ? qStringOf(SidebarFormat::rawValue(line->tone)) : QString();
 }
 
 bool RunFooterModel::canRun() const {
@@ -177,12 +174,12 @@ std::optional<SidebarFormat::Hint> RunFooterModel::currentHint() const {
 
 QString RunFooterModel::hint() const {
     const auto hint = currentHint();
-    return hint ? qString(hint->text) : QString();
+    return hint ? qStringOf(hint->text) : QString();
 }
 
 QString RunFooterModel::hintSymbol() const {
     const auto hint = currentHint();
-    return hint ? qString(hint->symbol) : QString();
+    return hint ? qStringOf(hint->symbol) : QString();
 }
 
 bool RunFooterModel::hintIsBusy() const {

@@ -13,6 +13,7 @@
 #include "Views/Format/SidebarText.h"
 #include "Views/Format/ViewportFormat.h"
 #include "Views/Format/ViewportText.h"
+#include "Views/QStringOf.h"
 
 #include <glm/vec3.hpp>
 
@@ -23,21 +24,17 @@ namespace ostrella {
 
 namespace {
 
-QString qString(std::string_view text) {
-    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
-}
-
 QVariantMap switchTexts(const SidebarText::Switch& texts) {
-    return {{QStringLiteral("title"), qString(texts.title)},
-        {QStringLiteral("suffix"), qString(texts.suffix)},
-        {QStringLiteral("label"), qString(texts.label)},
-        {QStringLiteral("help"), qString(texts.help)}};
+    return {{QStringLiteral("title"), qStringOf(texts.title)},
+        {QStringLiteral("suffix"), qStringOf(texts.suffix)},
+        {QStringLiteral("label"), qStringOf(texts.label)},
+        {QStringLiteral("help"), qStringOf(texts.help)}};
 }
 
 QVariantMap sidebarTexts(const PlatformWords& words) {
     QVariantMap texts;
     const auto add = [&texts](const char* name, std::string_view text) {
-        texts.insert(QString::fromLatin1(name), qString(text));
+        texts.insert(QString::fromLatin1(name), qStringOf(text));
     };
     add("geometry", SidebarText::geometrySection);
     add("orientation", SidebarText::orientationSection);
@@ -74,8 +71,8 @@ constexpr Digits rotationDigits{1, 2};
 constexpr Digits freeStreamDigits{1, 4};
 
 QVariantMap field(const ParameterInfo& info, Digits digits) {
-    return {{QStringLiteral("label"), qString(info.label)},
-        {QStringLiteral("unit"), qString(info.unit)}, {QStringLiteral("from"), info.minimum},
+    return {{QStringLiteral("label"), qStringOf(info.label)},
+        {QStringLiteral("unit"), qStringOf(info.unit)}, {QStringLiteral("from"), info.minimum},
         {QStringLiteral("to"), info.maximum}, {QStringLiteral("fewestDigits"), digits.fewest},
         {QStringLiteral("mostDigits"), digits.most}};
 }
@@ -88,7 +85,7 @@ template <class Options>
 QStringList titles(const Options& options) {
     QStringList result;
     for (const auto option : options) {
-        result.append(qString(SidebarText::title(option)));
+        result.append(qStringOf(SidebarText::title(option)));
     }
     return result;
 }
@@ -203,23 +200,23 @@ QString SidebarModel::geometryText() const {
         return {};
     }
     const auto& loading = shared_.parameters.loadingFileName();
-    return loading ? qString(SidebarFormat::loadingMessage(*loading))
-                   : qString(SidebarText::noModel);
+    return loading ? qStringOf(SidebarFormat::loadingMessage(*loading))
+                   : qStringOf(SidebarText::noModel);
 }
 
 QString SidebarModel::fileName() const {
     const auto& url = shared_.parameters.stlURL();
-    return hasMesh() && url ? qString(url->filename().string()) : QString();
+    return hasMesh() && url ? qStringOf(url->filename().string()) : QString();
 }
 
 QString SidebarModel::facets() const {
     const auto& mesh = shared_.parameters.mesh();
-    return mesh ? qString(SettingsFormat::count(static_cast<std::int64_t>(mesh->facetCount())))
+    return mesh ? qStringOf(SettingsFormat::count(static_cast<std::int64_t>(mesh->facetCount())))
                 : QString();
 }
 
 QString SidebarModel::boundingBox() const {
-    return qString(boundingBox_.text().value_or(""));
+    return qStringOf(boundingBox_.text().value_or(""));
 }
 
 bool SidebarModel::canLoad() const {
@@ -236,7 +233,7 @@ bool SidebarModel::isRotated() const {
 }
 
 QString SidebarModel::orientButtonText() const {
-    return qString(
+    return qStringOf(
         shared_.renderSettings.orientMode() ? SidebarText::orientDone : SidebarText::orient);
 }
 

@@ -41,19 +41,24 @@ function(ostrella_test name)
         PROPERTIES LABELS "${arg_LABEL}" TIMEOUT ${arg_TIMEOUT})
 endfunction()
 
-# ostrella_ui_test(NAME [VARIANTS "name=ENVIRONMENT" ...] [TIMEOUT seconds] [SOURCES ...] LINK ...)
+# ostrella_ui_test(NAME [VARIANTS "name=ENVIRONMENT" ...] [TIMEOUT seconds] [MAIN file] [SOURCES ...]
+#     LINK ...)
 # A GoogleTest program of all *Test.cpp of the calling folder that shows windows. All its tests run in
 # one process on a display server of their own, with tests/support/UITestMain.cpp around them; once
-# plainly, and once more for each variant with that variable of the environment set.
+# plainly, and once more for each variant with that variable of the environment set. MAIN is a main()
+# of the test's own in the place of UITestMain.cpp.
 function(ostrella_ui_test name)
-    cmake_parse_arguments(arg "" "TIMEOUT" "VARIANTS;SOURCES;LINK;DEPENDS" ${ARGN})
+    cmake_parse_arguments(arg "" "TIMEOUT;MAIN" "VARIANTS;SOURCES;LINK;DEPENDS" ${ARGN})
     if(NOT arg_TIMEOUT)
         set(arg_TIMEOUT 300)
+    endif()
+    if(NOT arg_MAIN)
+        set(arg_MAIN "${PROJECT_SOURCE_DIR}/tests/support/UITestMain.cpp")
     endif()
     file(GLOB tests CONFIGURE_DEPENDS "${CMAKE_CURRENT_SOURCE_DIR}/*Test.cpp")
     add_executable(${name} ${tests} ${arg_SOURCES}
         "${PROJECT_SOURCE_DIR}/tests/support/LoadedDrivers.cpp"
-        "${PROJECT_SOURCE_DIR}/tests/support/UITestMain.cpp")
+        "${arg_MAIN}")
     set_target_properties(${name} PROPERTIES AUTOMOC ON)
     target_include_directories(${name} PRIVATE "${PROJECT_SOURCE_DIR}/src" "${PROJECT_SOURCE_DIR}/tests")
     target_compile_options(${name} PRIVATE -ffp-contract=off)

@@ -18,12 +18,15 @@ BrandMenuBar {
         const menu = menuComponent.createObject(bar, {
             title: description.title
         });
+        // Where one item can be ticked, the texts of all stand behind the room for it.
+        const ticks = description.items.some(entry => entry.toggle);
         for (const entry of description.items) {
             if (entry.separator)
                 menu.addItem(separatorComponent.createObject(menu.contentItem));
             else
                 menu.addItem(itemComponent.createObject(menu.contentItem, {
-                    entry: entry
+                    entry: entry,
+                    ticks: ticks
                 }));
         }
         return menu;
@@ -50,15 +53,20 @@ BrandMenuBar {
             required property var entry
 
             text: entry.text
-            shortcutText: entry.shortcuts.length > 0 ? keys.nativeText : ""
-            ticks: entry.toggle
+            shortcutText: shown.nativeText
             ticked: entry.item.checked
             enabled: entry.item.enabled
             onTriggered: entry.item.trigger()
 
+            // A list of combinations has no text of its own.
             Shortcut {
-                id: keys
+                id: shown
 
+                sequence: menuItem.entry.shortcuts.length > 0 ? menuItem.entry.shortcuts[0] : ""
+                enabled: false
+            }
+
+            Shortcut {
                 sequences: menuItem.entry.shortcuts
                 enabled: menuItem.entry.item.enabled
                 onActivated: menuItem.entry.item.trigger()

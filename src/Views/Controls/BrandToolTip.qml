@@ -6,8 +6,10 @@ import Ostrella.Controls
 T.ToolTip {
     id: tip
 
+    property bool above: false
+
     x: parent ? Math.round((parent.width - implicitWidth) / 2) : 0
-    y: parent ? parent.height + 6 : 0
+    y: above ? -implicitHeight - 6 : parent ? parent.height + 6 : 0
     margins: 6
     leftPadding: 8
     rightPadding: 8

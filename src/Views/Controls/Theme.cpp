@@ -93,6 +93,10 @@ QColor Theme::color(const Brand::Color& color) const {
     return asColor(color.resolved(dark_ ? Brand::Appearance::dark : Brand::Appearance::light));
 }
 
+QColor Theme::darkColor(const Brand::Color& color) {
+    return asColor(color.resolved(Brand::Appearance::dark));
+}
+
 QFont Theme::font(const Brand::Typeface& typeface, bool tabular) const {
     const bool mono = typeface.design == Brand::Design::monospaced;
     const QFont::Weight weight = asWeight(typeface.weight);

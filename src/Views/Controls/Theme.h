@@ -44,6 +44,11 @@ class Theme final : public QObject {
     Q_PROPERTY(QColor borderSubtle READ borderSubtle NOTIFY changed)
     Q_PROPERTY(QColor borderStrong READ borderStrong NOTIFY changed)
     Q_PROPERTY(QColor floatingShadow READ floatingShadow CONSTANT)
+    Q_PROPERTY(QColor sceneBase READ sceneBase CONSTANT)
+    Q_PROPERTY(QColor sceneText READ sceneText CONSTANT)
+    Q_PROPERTY(QColor sceneTextTertiary READ sceneTextTertiary CONSTANT)
+    Q_PROPERTY(QColor sceneAccent READ sceneAccent CONSTANT)
+    Q_PROPERTY(QColor sceneError READ sceneError CONSTANT)
 
     // Looks of states, made of the colours above.
     Q_PROPERTY(QColor washHover READ washHover NOTIFY changed)
@@ -147,6 +152,7 @@ public:
     Q_INVOKABLE QColor over(const QColor& under, const QColor& top) const;
 
     QColor color(const Brand::Color& color) const;
+    static QColor darkColor(const Brand::Color& color);
     /// A style of type at the present size of text; `tabular` for digits of one width.
     QFont font(const Brand::Typeface& typeface, bool tabular = false) const;
 
@@ -168,6 +174,13 @@ public:
     QColor borderSubtle() const { return color(Brand::borderSubtle); }
     QColor borderStrong() const { return color(Brand::borderStrong); }
     QColor floatingShadow() const;
+
+    /// Straight on the viewport, which is dark in both appearances.
+    QColor sceneBase() const { return darkColor(Brand::surfaceBase); }
+    QColor sceneText() const { return darkColor(Brand::textPrimary); }
+    QColor sceneTextTertiary() const { return darkColor(Brand::textTertiary); }
+    QColor sceneAccent() const { return darkColor(Brand::accentPrimary); }
+    QColor sceneError() const { return darkColor(Brand::statusError); }
 
     /// Over a flat item that the pointer is on, or that is held down.
     QColor washHover() const;

@@ -68,7 +68,8 @@ SidebarSection {
         Text {
             id: hint
 
-            width: parent.width - orient.width - 24
+            // The same lines whatever the button beside it says.
+            width: Math.min(188 * Theme.lengthScale, parent.width - orient.width - 12)
             text: section.model.texts.orientHint
             font: Theme.caption
             color: enabled ? Theme.textTertiary : Theme.textDisabled

@@ -54,6 +54,8 @@ Rectangle {
             id: sections
 
             x: 16
+            // The first heading stands level with the toolbar's middle.
+            topPadding: 4
             width: area.width - 32
             enabled: panel.model.isEnabled
 

@@ -107,9 +107,12 @@ Rectangle {
         }
 
         Item {
-            width: parent.width
+            readonly property real lead: spinner.visible || mark.visible ? 20 : 0
+
+            width: Math.min(parent.width, lead + Math.ceil(hint.implicitWidth))
             height: hint.height
             visible: foot.model.hint !== ""
+            anchors.horizontalCenter: parent.horizontalCenter
 
             Spinner {
                 id: spinner
@@ -132,7 +135,7 @@ Rectangle {
             Text {
                 id: hint
 
-                x: spinner.visible || mark.visible ? 20 : 0
+                x: parent.lead
                 width: parent.width - x
                 text: foot.model.hint
                 font: Theme.caption

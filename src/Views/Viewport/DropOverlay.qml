@@ -13,7 +13,7 @@ Item {
 
     Rectangle {
         anchors.fill: parent
-        color: Theme.surfaceBase
+        color: Theme.sceneBase
         opacity: 0.88
     }
 
@@ -21,7 +21,7 @@ Item {
         anchors.fill: parent
         anchors.margins: 16
         radius: Theme.cardRadius
-        color: overlay.model.refuses ? Theme.textTertiary : Theme.accentPrimary
+        color: overlay.model.refuses ? Theme.sceneTextTertiary : Theme.sceneAccent
     }
 
     Column {
@@ -32,7 +32,7 @@ Item {
         Symbol {
             name: overlay.model.symbol
             size: 32 * Theme.lengthScale
-            color: overlay.model.refuses ? Theme.statusError : Theme.accentPrimary
+            color: overlay.model.refuses ? Theme.sceneError : Theme.sceneAccent
             anchors.horizontalCenter: parent.horizontalCenter
         }
 
@@ -40,7 +40,7 @@ Item {
             text: overlay.model.text
             width: parent.width
             font: Theme.bodyMedium
-            color: Theme.textPrimary
+            color: Theme.sceneText
             elide: Text.ElideMiddle
             horizontalAlignment: Text.AlignHCenter
             textFormat: Text.PlainText

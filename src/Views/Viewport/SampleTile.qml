@@ -44,6 +44,11 @@ T.Button {
                 anchors.horizontalCenter: parent.horizontalCenter
             }
 
+            Item {
+                width: 1
+                height: 2
+            }
+
             // The room stays while the count is not known, so that nothing moves when it comes.
             Text {
                 text: tile.facets === "" ? " " : tile.facets
@@ -71,5 +76,7 @@ T.Button {
     Help {
         control: tile
         text: tile.help
+        // Below it are the links.
+        above: true
     }
 }

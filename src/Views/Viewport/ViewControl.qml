@@ -45,8 +45,8 @@ FloatingCard {
 
             Rectangle {
                 width: Theme.hairline(Screen.devicePixelRatio)
-                height: 20
-                color: Theme.borderStrong
+                height: 20 * Theme.lengthScale
+                color: Theme.borderSubtle
                 anchors.centerIn: parent
             }
         }

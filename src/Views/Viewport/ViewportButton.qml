@@ -13,10 +13,10 @@ T.Button {
     readonly property color ink: !enabled ? Theme.textDisabled : marked && symbol !== "" ? Theme.accentPrimary : marked || hovered || down ? Theme.textPrimary : Theme.textSecondary
 
     implicitHeight: 28 * Theme.lengthScale
-    implicitWidth: symbol !== "" ? 32 * Theme.lengthScale : Math.ceil(label.implicitWidth) + 24
+    implicitWidth: symbol !== "" ? 32 * Theme.lengthScale : Math.max(44 * Theme.lengthScale, Math.ceil(label.implicitWidth) + 20)
     hoverEnabled: true
     focusPolicy: Qt.StrongFocus
-    font: Theme.body
+    font: Theme.caption
     Accessible.name: name
     Accessible.description: help
     Accessible.checkable: true

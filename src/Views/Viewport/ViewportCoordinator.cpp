@@ -89,7 +89,7 @@ void ViewportCoordinator::update() {
     refreshRotation();
     renderer_.freeStream = OrientationGizmo::freeStreamDirection(
         radians(parameters_.alpha()), radians(parameters_.beta()));
-    renderer_.setInsets(settings_.viewportInsets());
+    takeInsets();
     updateModel();
     updateResult();
     actOnRequests();
@@ -114,9 +114,20 @@ void ViewportCoordinator::wireInteraction() {
         renderer_.activeRing.reset();
     } else if (!wasOrienting) {
         renderer_.refitAfterOrienting();
+        insetsWithoutOrientCard_ = settings_.viewportInsets();
     }
     if (!view_.canOrient && settings_.orientMode())
         queueDeselect();
+}
+
+void ViewportCoordinator::takeInsets() {
+    const ViewportInsets& insets = settings_.viewportInsets();
+    renderer_.setInsets(insets);
+    // The orientation card comes a moment after its mode, and the rings are to stay clear of it.
+    if (renderer_.orientMode && insetsWithoutOrientCard_ && insetsWithoutOrientCard_ != insets) {
+        insetsWithoutOrientCard_.reset();
+        renderer_.refitAfterOrienting();
+    }
 }
 
 void ViewportCoordinator::copyToggles() {

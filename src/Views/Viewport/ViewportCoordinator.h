@@ -2,6 +2,7 @@
 
 #include "Models/SharedArray.h"
 #include "Models/Vector.h"
+#include "Models/ViewPreset.h"
 #include "Rendering/MetalRenderer.h"
 #include "Rendering/PreparedModel.h"
 #include "Views/Viewport/ArcBallMTKView.h"
@@ -72,6 +73,7 @@ private:
     // The parts of an update, in their order.
     void wireInteraction();
     void copyToggles();
+    void takeInsets();
     void refreshRotation();
     void updateModel();
     void updateResult();
@@ -90,6 +92,8 @@ private:
     bool updateIsScheduled_ = false;
     std::optional<Preparation> preparation_;
 
+    /// Those that orient mode began with, until the card of that mode has come.
+    std::optional<ViewportInsets> insetsWithoutOrientCard_;
     bool hasModel_ = false;
     std::optional<std::filesystem::path> lastSTLURL_;
     SharedArray<Vec3>

@@ -28,7 +28,8 @@ Item {
     }
 
     Fading {
-        shown: view.model.showsWelcome
+        // Two texts in the same place are none.
+        shown: view.model.showsWelcome && !view.model.drop.isTargeted
         width: welcome.width
         height: welcome.height
         anchors.centerIn: parent

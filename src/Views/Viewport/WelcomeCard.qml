@@ -31,6 +31,11 @@ FloatingCard {
             Accessible.name: text
         }
 
+        Item {
+            width: 1
+            height: 4
+        }
+
         Text {
             text: card.model.texts.tagLine
             font: Theme.body
@@ -43,7 +48,7 @@ FloatingCard {
 
         Item {
             width: 1
-            height: 24
+            height: 28
         }
 
         SectionLabel {

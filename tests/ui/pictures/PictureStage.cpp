@@ -148,7 +148,9 @@ void PictureStage::load(const std::string& sample, const std::string& fileName) 
 void PictureStage::pretendRun(const RecordedRun& run) {
     app.historyStore.reset();
     runID_ = SimulationControllerProbe::begin(app.simulation, clock_.now(), run.maxIterations);
+    // A phase that comes again has the time told anew.
     clock_.advance(4);
+    SimulationControllerProbe::apply(app.simulation, RunPhase::meshing(), runID_);
     settle();
 }
 

@@ -49,7 +49,9 @@ MainWindow::MainWindow(OstrellaApp& app, const WindowModel::Surroundings& surrou
     : model_(sharedObjects(app), surroundings) {
     useModules();
     followAppearance(Theme::shared(), appearance);
-    QQuickStyle::setStyle(QStringLiteral("Basic"));
+    // Of what the toolkit draws itself, such as its panels for files: this one has no colours of its
+    // own.
+    QQuickStyle::setStyle(QStringLiteral("Fusion"));
     QQuickWindow::setTextRenderType(QQuickWindow::NativeTextRendering);
 
     engine_.addImportPath(QStringLiteral(":/qt/qml"));

@@ -39,7 +39,7 @@ ApplicationWindow {
         windowText: Theme.textPrimary
         base: Theme.surfaceSunken
         text: Theme.textPrimary
-        button: Theme.surfaceRaised
+        button: Theme.over(Theme.surfaceRaised, Theme.buttonFill)
         buttonText: Theme.textPrimary
         light: Theme.over(Theme.surfaceSunken, Theme.washHover)
         midlight: Theme.over(Theme.surfaceSunken, Theme.washHover)
@@ -52,8 +52,9 @@ ApplicationWindow {
         placeholderText: Theme.textTertiary
     }
 
-    minimumWidth: 1200
-    minimumHeight: 800
+    // Larger texts take more room, as far as the screen has it.
+    minimumWidth: Math.max(1200, Math.min(1200 * Theme.lengthScale, Screen.desktopAvailableWidth))
+    minimumHeight: Math.max(800, Math.min(800 * Theme.lengthScale, Screen.desktopAvailableHeight))
     width: 1440
     height: 900
 
@@ -79,9 +80,9 @@ ApplicationWindow {
         ParameterPanel {
             model: window.model.sidebar
             footer: window.model.footer
-            SplitView.minimumWidth: 280
-            SplitView.preferredWidth: 320
-            SplitView.maximumWidth: 400
+            SplitView.minimumWidth: 280 * Theme.lengthScale
+            SplitView.preferredWidth: 320 * Theme.lengthScale
+            SplitView.maximumWidth: 400 * Theme.lengthScale
         }
 
         Item {
@@ -117,9 +118,9 @@ ApplicationWindow {
                 BottomPanel {
                     model: window.model.panel
                     visible: window.model.panel.isVisible
-                    SplitView.minimumHeight: 160
-                    SplitView.preferredHeight: 228
-                    SplitView.maximumHeight: 380
+                    SplitView.minimumHeight: 160 * Theme.lengthScale
+                    SplitView.preferredHeight: 228 * Theme.lengthScale
+                    SplitView.maximumHeight: 380 * Theme.lengthScale
                 }
             }
         }

@@ -27,17 +27,18 @@ MainThreadWatchdog& MainThreadWatchdog::instance() {
 }
 
 void MainThreadWatchdog::leaveAsideFrames(QQuickWindow& window) {
-    connect(
-        &window, &QQuickWindow::beforeRendering, this, [this] { drawingBegan_ = now(); },
-        Qt::DirectConnection);
-    connect(
-        &window, &QQuickWindow::frameSwapped, this,
-        [this] {
-            const Duration taken = now() - drawingBegan_;
-            drawing_ += taken;
-            longestDrawing_ = std::max(longestDrawing_, taken);
-        },
-        Qt::DirectConnection);
+    const auto begin = [this] { drawingBegan_ = now(); };
+    const auto end = [this] {
+        const Duration taken = now() - drawingBegan_;
+        drawing_ += taken;
+        longestDrawing_ = std::max(longestDrawing_, taken);
+    };
+    // The driver may have to finish the frame before.
+    connect(&window, &QQuickWindow::beforeFrameBegin, this, begin, Qt::DirectConnection);
+    connect(&window, &QQuickWindow::beforeSynchronizing, this, end, Qt::DirectConnection);
+    // Between them the items hand over what they show: that is ours.
+    connect(&window, &QQuickWindow::beforeRendering, this, begin, Qt::DirectConnection);
+    connect(&window, &QQuickWindow::frameSwapped, this, end, Qt::DirectConnection);
 }
 
 void MainThreadWatchdog::reset() {

@@ -16,6 +16,8 @@ Item {
     Text {
         id: heading
         anchors.verticalCenter: parent.verticalCenter
+        width: Math.min(implicitWidth, Math.max(0, row.width - slot.width - 12))
+        elide: Text.ElideRight
         text: row.title
         font: Theme.body
         color: row.enabled ? Theme.textSecondary : Theme.textDisabled

@@ -10,7 +10,12 @@ FloatingCard {
     id: card
 
     required property CardModel model
-    readonly property bool collapsed: model.collapsed
+    // Another card has to stand where the rows would be.
+    property bool squeezed: false
+    readonly property bool collapsed: model.collapsed || squeezed
+    readonly property real fullHeight: head.height + rows.height + 8
+    // The most that it may take of the viewport's height; what goes beyond can be scrolled to.
+    property real mostHeight: Infinity
 
     padding: 0
     width: model.width * Theme.lengthScale
@@ -21,6 +26,7 @@ FloatingCard {
 
         width: card.width
         height: Theme.cardHeadHeight
+        enabled: !card.squeezed
         hoverEnabled: true
         focusPolicy: Qt.StrongFocus
         Accessible.name: card.model.title
@@ -57,6 +63,7 @@ FloatingCard {
             id: chevron
 
             name: card.model.collapseSymbol
+            visible: !card.squeezed
             size: 12 * Theme.lengthScale
             color: head.hovered ? Theme.textSecondary : Theme.textTertiary
             anchors.right: parent.right
@@ -75,12 +82,15 @@ FloatingCard {
         }
     }
 
-    Item {
+    Flickable {
         id: body
 
         y: head.height
         width: card.width
-        height: card.collapsed ? 0 : rows.height + 8
+        height: card.collapsed ? 0 : Math.max(0, Math.min(contentHeight, card.mostHeight - head.height))
+        contentHeight: rows.height + 8
+        interactive: contentHeight > height
+        boundsBehavior: Flickable.StopAtBounds
         clip: true
         enabled: !card.collapsed
 
@@ -97,7 +107,7 @@ FloatingCard {
             id: rows
 
             x: Theme.cardPadding
-            width: parent.width - 2 * Theme.cardPadding
+            width: card.width - 2 * Theme.cardPadding
 
             Item {
                 width: parent.width

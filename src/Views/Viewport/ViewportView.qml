@@ -9,6 +9,16 @@ Item {
     required property ViewportModel model
     readonly property real edge: Theme.edge
 
+    // How high a card can be before it comes to those of the others that stand below it.
+    function roomBelow(card, others) {
+        let foot = height - edge;
+        for (const other of others) {
+            if (other.shown && other.x < card.x + card.width && other.x + other.width > card.x)
+                foot = Math.min(foot, other.y - 8);
+        }
+        return foot - card.y;
+    }
+
     clip: true
     onWidthChanged: model.reportSize(Qt.size(width, height))
     onHeightChanged: model.reportSize(Qt.size(width, height))
@@ -18,7 +28,19 @@ Item {
 
         activeFocusOnTab: true
         anchors.fill: parent
+        Accessible.role: Accessible.Graphic
+        Accessible.name: "Viewport"
         Component.onCompleted: view.model.attach(scene)
+    }
+
+    // Within the view, which is cut off at its edge.
+    Rectangle {
+        visible: scene.showsFocus
+        color: "transparent"
+        border.width: 3
+        border.color: Theme.accentSubtle
+        anchors.fill: parent
+        Accessible.ignored: true
     }
 
     OverlayFrame {
@@ -37,6 +59,7 @@ Item {
         WelcomeCard {
             id: welcome
 
+            scale: Math.min(1, (view.width - 2 * view.edge) / width, (view.height - 2 * view.edge) / height)
             model: view.model.welcome
         }
     }
@@ -56,6 +79,8 @@ Item {
             id: info
 
             model: view.model.card
+            squeezed: orientSlot.shown && view.edge + width > orientSlot.x && view.edge + fullHeight + 8 > orientSlot.y
+            mostHeight: view.roomBelow(infoSlot, [controlSlot, orientSlot, noticeSlot, loadingSlot])
         }
     }
 
@@ -135,12 +160,14 @@ Item {
         x: Math.max(view.edge, Math.round((view.width - width) / 2))
         y: view.height - height - view.model.orientCardLift
         shown: view.model.showsOrientCard
-        width: orient.width
-        height: orient.height
+        width: orient.width * orient.scale
+        height: orient.height * orient.scale
 
         OrientCard {
             id: orient
 
+            transformOrigin: Item.TopLeft
+            scale: Math.min(1, (view.width - 2 * view.edge) / width)
             model: view.model.orientCard
         }
     }
@@ -153,6 +180,8 @@ Item {
     }
 
     Fading {
+        id: loadingSlot
+
         shown: view.model.loadingText !== ""
         width: loading.width
         height: loading.height

@@ -113,6 +113,7 @@ PictureStage::PictureStage()
 }
 
 PictureStage::~PictureStage() {
+    user_->moveTo({4, 4});
     user_.reset();
     window_.reset();
 }

@@ -58,6 +58,7 @@ Item {
         id: picture
 
         fileMode: FileDialog.SaveFile
+        acceptLabel: "Save"
         defaultSuffix: "png"
         nameFilters: ["PNG (*.png)"]
         onAccepted: dialogs.files.accept(selectedFile)

@@ -16,7 +16,7 @@ BrandMenuBar {
 
     function menuOf(description) {
         const menu = menuComponent.createObject(bar, {
-            title: description.title
+            title: description.mnemonic
         });
         // Where one item can be ticked, the texts of all stand behind the room for it.
         const ticks = description.items.some(entry => entry.toggle);

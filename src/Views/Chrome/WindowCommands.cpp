@@ -191,15 +191,17 @@ QVariantList WindowCommands::entries(CommandTable::Menu menu) {
     return entries;
 }
 
-void WindowCommands::addMenu(const QString& title, const QVariantList& entries) {
-    menus_.append(
-        QVariantMap{{QStringLiteral("title"), title}, {QStringLiteral("items"), entries}});
+void WindowCommands::addMenu(const QString& title, const QVariantList& entries, int letter) {
+    QString mnemonic = title;
+    mnemonic.insert(letter, QLatin1Char('&'));
+    menus_.append(QVariantMap{{QStringLiteral("title"), title},
+        {QStringLiteral("mnemonic"), mnemonic}, {QStringLiteral("items"), entries}});
 }
 
 void WindowCommands::makeMenus() {
     using CommandTable::Menu;
-    const auto own = [this](Menu menu) {
-        addMenu(qStringOf(CommandTable::menuTitle(menu)), entries(menu));
+    const auto own = [this](Menu menu, int letter = 0) {
+        addMenu(qStringOf(CommandTable::menuTitle(menu)), entries(menu), letter);
     };
     const auto text = [](const char* utf8) { return QString::fromUtf8(utf8); };
     const auto edit = [&](const char* title, const char* shortcut, const char* operation) {
@@ -229,7 +231,7 @@ void WindowCommands::makeMenus() {
     view.append(window("Full Screen", {text("F11")}, "fullScreen"));
     addMenu(qStringOf(CommandTable::menuTitle(Menu::view)), view);
     own(Menu::samples);
-    own(Menu::simulation);
+    own(Menu::simulation, 2); // the S is that of the samples
     addMenu(text("Window"), {window("Minimize", {}, "minimize"), window("Zoom", {}, "zoom")});
 
     QVariantList help{

@@ -26,8 +26,9 @@ class WindowCommands final : public QObject {
     QML_ELEMENT
     QML_UNCREATABLE("made by the window")
 
-    /// The menus from the left: maps with `title` and `items`; an item is a map with `separator`,
-    /// `text`, `shortcuts` (a list), `toggle` and `item`, a CommandItem.
+    /// The menus from the left: maps with `title`, `mnemonic` (the title with an ampersand before
+    /// the letter that opens it with Alt) and `items`; an item is a map with `separator`, `text`,
+    /// `shortcuts` (a list), `toggle` and `item`, a CommandItem.
     Q_PROPERTY(QVariantList menus READ menus CONSTANT)
     /// The clusters from the left, the last at the right end: lists of maps with `text`, `symbol`,
     /// `toggle` and `item`.
@@ -75,7 +76,7 @@ private:
     QVariantMap entryOf(
         const QString& text, const QStringList& shortcuts, bool isToggle, CommandItem* item) const;
     QVariantList entries(CommandTable::Menu menu);
-    void addMenu(const QString& title, const QVariantList& entries);
+    void addMenu(const QString& title, const QVariantList& entries, int letter = 0);
     void makeMenus();
     void makeToolbar(const PlatformWords& words);
     void observe();

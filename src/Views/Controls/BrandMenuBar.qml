@@ -16,7 +16,11 @@ T.MenuBar {
     delegate: T.MenuBarItem {
         id: item
 
+        // Without the mark of the letter that opens it.
+        readonly property string name: text.replace("&", "")
+
         hoverEnabled: true
+        Accessible.name: name
         font: Theme.body
         leftPadding: 8
         rightPadding: 8
@@ -24,7 +28,7 @@ T.MenuBar {
         implicitWidth: Math.ceil(implicitContentWidth) + leftPadding + rightPadding
 
         contentItem: Text {
-            text: item.text
+            text: item.name
             font: item.font
             color: !item.enabled ? Theme.textDisabled
                 : item.highlighted || item.hovered ? Theme.textPrimary : Theme.textSecondary

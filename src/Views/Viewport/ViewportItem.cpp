@@ -180,6 +180,18 @@ void ViewportItem::itemChange(ItemChange change, const ItemChangeData& data) {
     }
 }
 
+void ViewportItem::focusInEvent(QFocusEvent* event) {
+    QQuickItem::focusInEvent(event);
+    isFocusFromKeys_ =
+        event->reason() == Qt::TabFocusReason || event->reason() == Qt::BacktabFocusReason;
+    Q_EMIT showsFocusChanged();
+}
+
+void ViewportItem::focusOutEvent(QFocusEvent* event) {
+    QQuickItem::focusOutEvent(event);
+    Q_EMIT showsFocusChanged();
+}
+
 void ViewportItem::geometryChange(const QRectF& now, const QRectF& before) {
     QQuickItem::geometryChange(now, before);
     if (now.size() != before.size())

@@ -25,6 +25,8 @@ class WindowCover;
 class ViewportItem : public QQuickItem {
     Q_OBJECT
     Q_PROPERTY(QString deviceProblem READ deviceProblem NOTIFY deviceProblemChanged)
+    /// The item has the keyboard and got it by the keyboard.
+    Q_PROPERTY(bool showsFocus READ showsFocus NOTIFY showsFocusChanged)
 
 public:
     explicit ViewportItem(QQuickItem* parent = nullptr);
@@ -50,6 +52,7 @@ public:
     /// How many frames of the scene were drawn for the window since the item was made. Frames of
     /// the window that show the scene as it was do not count.
     std::uint64_t frameCount() const { return frameCount_; }
+    bool showsFocus() const { return hasActiveFocus() && isFocusFromKeys_; }
     /// The window can be seen, as far as the window system tells, and the item is shown in it.
     bool isShown() const;
     /// Frames follow one another by themselves.
@@ -59,6 +62,7 @@ public:
 
 Q_SIGNALS:
     void deviceProblemChanged();
+    void showsFocusChanged();
 
 protected:
     QSGNode* updatePaintNode(QSGNode* old, UpdatePaintNodeData* data) override;
@@ -77,6 +81,8 @@ protected:
     void wheelEvent(QWheelEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void keyReleaseEvent(QKeyEvent* event) override;
+    void focusInEvent(QFocusEvent* event) override;
+    void focusOutEvent(QFocusEvent* event) override;
 
 private:
     void connectView();
@@ -100,6 +106,7 @@ private:
     std::unique_ptr<WindowCover> cover_;
     QString deviceProblem_;
     std::uint64_t frameCount_ = 0;
+    bool isFocusFromKeys_ = false;
     bool hasDrawn_ = false;    ///< since the window's last swap
     bool frameFailed_ = false; ///< and nothing is to be shown until the next one
     // Of the node, if it is still there.

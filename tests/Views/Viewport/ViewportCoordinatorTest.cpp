@@ -190,6 +190,22 @@ TEST_F(ViewportCoordinatorTest, insetsComeBeforeTheFrameOfAModel) {
     EXPECT_NEAR(renderer.camera.distance, distanceFor(std::sqrt(3.0F), 0.4F), 1e-2);
 }
 
+TEST_F(ViewportCoordinatorTest, theRingsBackOffFromTheCardOfTheirMode) {
+    coordinator.prefersReducedMotion = [] { return true; };
+    loadBox();
+    load(boxMesh(Vec3(-1), Vec3(1)));
+    enterOrientMode();
+    const float radius = 1.196F * std::sqrt(3.0F);
+    EXPECT_NEAR(renderer.camera.distance, distanceFor(radius, 1), 1e-2);
+    // 180 of 300 points are left.
+    settings.setViewportInsets({0, 0, 120, 0});
+    turn();
+    EXPECT_NEAR(renderer.camera.distance, distanceFor(radius, 0.6F), 1e-2);
+    settings.setViewportInsets({0, 0, 150, 0});
+    turn();
+    EXPECT_NEAR(renderer.camera.distance, distanceFor(radius, 0.6F), 1e-2) << "only for the card";
+}
+
 TEST_F(ViewportCoordinatorTest, theModelComesBeforeAResultsFrame) {
     parameters.setSTLURL("box.stl");
     parameters.setMesh(boxMesh(Vec3(-1), Vec3(1)));

@@ -1,0 +1,63 @@
+#include "WholeWindow.h"
+
+namespace ostrella::test {
+namespace {
+
+class Spoken : public WholeWindow {
+protected:
+    void expectButtons(const std::vector<const char*>& names) const {
+        for (const char* name : names) {
+            EXPECT_TRUE(accessible(q(name), QAccessible::Button) ||
+                        accessible(q(name), QAccessible::CheckBox))
+                << name;
+        }
+    }
+};
+
+TEST_F(Spoken, TheWelcomesTilesAndLinks) {
+    expectButtons({"Load sample Sphere", "Load sample Rounded Box", "Load sample Simple Wing",
+        "Run the NACA0012 demo", "or Load your own STL…"});
+}
+
+TEST_F(Spoken, TheToolbar) {
+    expectButtons({"Open STL", "Reset View", "Grid", "Wireframe", "Cp", "Streams", "Vortex",
+        "Export Results", "Hide log panel", "Settings", "Help"});
+    click(q("Hide log panel"));
+    expectButtons({"Show log panel"});
+}
+
+TEST_F(Spoken, TheCardsOfTheViewport) {
+    showAllCards();
+    expectButtons({"Iso view", "Front view", "Side view", "Top view", "Fit to view", "Orient model",
+        "Animate flow", "Save image", "Reset orientation", "Done", "Turn +90° about X",
+        "Turn -90° about Z", "Face the flow with +X", "Face the flow with -Z"});
+    QAccessibleInterface* legend = accessible(q("Cp legend"));
+    ASSERT_TRUE(legend);
+    EXPECT_EQ(legend->text(QAccessible::Description), q("[-1.50, 1.00]"));
+}
+
+TEST_F(Spoken, TheHeadOfACard) {
+    placeModel();
+    settle();
+    QAccessibleInterface* head = accessible(q("Geometry"), QAccessible::Button);
+    ASSERT_TRUE(head);
+    EXPECT_EQ(head->text(QAccessible::Description), q("Expanded"));
+    click(q("Geometry"));
+    EXPECT_TRUE(model->viewport()->card()->isCollapsed());
+    EXPECT_EQ(accessible(q("Geometry"), QAccessible::Button)->text(QAccessible::Description),
+        q("Collapsed"));
+}
+
+TEST_F(Spoken, TheSidebarsFields) {
+    for (const char* label : {"X rotation", "Y rotation", "Z rotation", "Velocity",
+             "Angle of attack", "Sideslip", "Density"}) {
+        EXPECT_TRUE(accessible(q(label), QAccessible::EditableText)) << label;
+    }
+    EXPECT_EQ(
+        accessible(q("Velocity"), QAccessible::EditableText)->text(QAccessible::Value), q("50.0"));
+    EXPECT_TRUE(accessible(q("Regime"), QAccessible::ComboBox));
+    EXPECT_TRUE(accessible(q("Turbulence model"), QAccessible::ComboBox));
+}
+
+} // namespace
+} // namespace ostrella::test

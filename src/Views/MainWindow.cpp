@@ -49,8 +49,8 @@ MainWindow::MainWindow(OstrellaApp& app, const WindowModel::Surroundings& surrou
     : model_(sharedObjects(app), surroundings) {
     useModules();
     followAppearance(Theme::shared(), appearance);
-    // Of what the toolkit draws itself, such as its panels for files: this one has no colours of its
-    // own.
+    // Of what the toolkit draws itself, such as its panels for files: this one has no colours of
+    // its own.
     QQuickStyle::setStyle(QStringLiteral("Fusion"));
     QQuickWindow::setTextRenderType(QQuickWindow::NativeTextRendering);
 

@@ -58,7 +58,8 @@ TEST_F(WelcomeModelTest, CountsFacetsOnceInTheBackground) {
     welcome.count();
     welcome.count();
     ASSERT_TRUE(waitUntil([&changes] { return changes > 0; }));
-    EXPECT_EQ(column(welcome.samples(), "facets"), (test::Texts{"2 facets", "", "1\u00A0234 facets"}));
+    EXPECT_EQ(
+        column(welcome.samples(), "facets"), (test::Texts{"2 facets", "", "1\u00A0234 facets"}));
     welcome.count();
     turn();
     EXPECT_EQ(changes, 1);

@@ -45,6 +45,9 @@ Rectangle {
             text: foot.model.texts.cancel
             help: foot.model.texts.cancelHelp
             onClicked: foot.model.cancel()
+            // One button takes the other's place under the pointer: the second half of a double click
+            // on the one is not meant for the other. A button that hears of it takes it for no click.
+            onDoubleClicked: {}
         }
     }
 
@@ -104,6 +107,7 @@ Rectangle {
             help: foot.model.texts.runHelp
             enabled: foot.model.canRun
             onClicked: foot.model.run()
+            onDoubleClicked: {}
         }
 
         Item {

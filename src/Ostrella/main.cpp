@@ -3,6 +3,7 @@
 #include "Models/MainThread.h"
 #include "Ostrella/OstrellaApp.h"
 #include "Ostrella/StartOptions.h"
+#include "Platform/AppBundle.h"
 #include "Platform/ChildProcess.h"
 #include "Platform/DesktopAppearance.h"
 #include "Platform/DesktopEntry.h"
@@ -20,10 +21,13 @@
 #include <QDesktopServices>
 #include <QDir>
 #include <QGuiApplication>
+#include <QIcon>
 #include <QLoggingCategory>
 #include <QUrl>
 
 #include <chrono>
+#include <fmt/format.h>
+
 #include <clocale>
 #include <csignal>
 #include <cstdio>
@@ -55,6 +59,18 @@ void tellFirstFrame(MainWindow& window) {
             },
             Qt::SingleShotConnection);
     }
+}
+
+/// For window systems that take it from the window and not from the desktop's entry.
+QIcon applicationIcon() {
+    const auto icons = AppBundle::main().root() / "share" / "icons" / "hicolor";
+    QIcon icon;
+    for (const int size : {16, 32, 48, 128}) {
+        const auto file = icons / fmt::format("{0}x{0}", size) / "apps" /
+                          fmt::format("{}.png", DesktopEntry::identifier);
+        icon.addFile(QString::fromStdString(file.string()), {size, size});
+    }
+    return icon;
 }
 
 int perform(const HandOver& start) {
@@ -135,6 +151,7 @@ int main(int argc, char** argv) {
     QGuiApplication application(argc, argv);
     QGuiApplication::setApplicationName(QStringLiteral("Ostrella"));
     QGuiApplication::setDesktopFileName(QString::fromLatin1(DesktopEntry::identifier));
+    QGuiApplication::setWindowIcon(applicationIcon());
     // The end is told by hand, since a run may have to end before.
     QGuiApplication::setQuitOnLastWindowClosed(false);
     std::signal(SIGXFSZ, SIG_IGN);

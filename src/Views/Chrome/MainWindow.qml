@@ -55,8 +55,11 @@ ApplicationWindow {
     // Larger texts take more room, as far as the screen has it.
     minimumWidth: Math.max(1200, Math.min(1200 * Theme.lengthScale, Screen.desktopAvailableWidth))
     minimumHeight: Math.max(800, Math.min(800 * Theme.lengthScale, Screen.desktopAvailableHeight))
-    width: 1440
-    height: 900
+    Component.onCompleted: {
+        // Once: afterwards the size is the user's.
+        width = Math.max(minimumWidth, Math.min(1440, Screen.desktopAvailableWidth));
+        height = Math.max(minimumHeight, Math.min(900, Screen.desktopAvailableHeight));
+    }
 
     onActiveFocusItemChanged: {
         if (activeFocusItem && typeof activeFocusItem.selectAll === "function")

@@ -43,10 +43,6 @@ ViewportItem::~ViewportItem() {
     watch(nullptr);
 }
 
-void ViewportItem::registerType() {
-    qmlRegisterType<ViewportItem>("Ostrella.Viewport", 1, 0, "ViewportItem");
-}
-
 double ViewportItem::mediaTime() {
     return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch())
         .count();

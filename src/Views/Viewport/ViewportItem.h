@@ -32,9 +32,6 @@ public:
     explicit ViewportItem(QQuickItem* parent = nullptr);
     ~ViewportItem() override;
 
-    /// Makes the item known to QML as ViewportItem of the module Ostrella.Viewport.
-    static void registerType();
-
     /// Seconds of a clock that never jumps.
     static double mediaTime();
 

@@ -1,91 +1,20 @@
 #include "Platform/ChildProcess.h"
 
 #include "Models/Precondition.h"
+#include "Platform/ProgramStart.h"
 
 #include <cerrno>
 #include <csignal>
 #include <set>
 #include <system_error>
 
-#include <fcntl.h>
-#include <spawn.h>
 #include <sys/wait.h>
-#include <unistd.h>
-
-#ifndef __linux__
-// Declared by <unistd.h> on Linux only.
-extern char** environ;
-#endif
 
 namespace ostrella {
 
 namespace fs = std::filesystem;
 
 namespace {
-
-constexpr int firstUnsharedDescriptor = 3;
-
-/// What the child does between its birth and the program: its files, directory and signals.
-class SpawnSettings {
-public:
-    SpawnSettings(const ChildProcess::Program& program, int output) {
-        posix_spawn_file_actions_init(&actions);
-        posix_spawnattr_init(&attributes);
-        if (program.directory) {
-            check(posix_spawn_file_actions_addchdir_np(&actions, program.directory->c_str()));
-        }
-        if (program.nullInput) {
-            check(
-                posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0));
-        }
-        check(posix_spawn_file_actions_adddup2(&actions, output, STDOUT_FILENO));
-        check(posix_spawn_file_actions_adddup2(&actions, output, STDERR_FILENO));
-        const short closing = keepOtherDescriptors(program);
-
-        sigset_t none;
-        sigset_t all;
-        sigemptyset(&none);
-        sigfillset(&all);
-        check(posix_spawnattr_setsigmask(&attributes, &none));
-        check(posix_spawnattr_setsigdefault(&attributes, &all));
-        check(posix_spawnattr_setflags(&attributes,
-            static_cast<short>(POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF | closing)));
-    }
-
-    ~SpawnSettings() {
-        posix_spawnattr_destroy(&attributes);
-        posix_spawn_file_actions_destroy(&actions);
-    }
-
-    SpawnSettings(const SpawnSettings&) = delete;
-    SpawnSettings& operator=(const SpawnSettings&) = delete;
-
-    posix_spawn_file_actions_t actions;
-    posix_spawnattr_t attributes;
-
-private:
-    static void check(int error) {
-        if (error != 0) {
-            throw std::system_error(error, std::generic_category(), "Cannot prepare a program");
-        }
-    }
-
-    /// Keeps the parent's other descriptors from the child, those of libraries that do not mark
-    /// theirs included; the flag that this takes.
-    short keepOtherDescriptors([[maybe_unused]] const ChildProcess::Program& program) {
-#if defined(__APPLE__)
-        if (!program.nullInput) {
-            check(posix_spawn_file_actions_addinherit_np(&actions, STDIN_FILENO));
-        }
-        return POSIX_SPAWN_CLOEXEC_DEFAULT;
-#elif defined(__GLIBC__) && __GLIBC_PREREQ(2, 34)
-        check(posix_spawn_file_actions_addclosefrom_np(&actions, firstUnsharedDescriptor));
-        return 0;
-#else
-        return 0;
-#endif
-    }
-};
 
 /// With SIGCHLD ignored (some starters leave it so) the system reaps children by itself and their
 /// status is lost.
@@ -153,22 +82,11 @@ void ChildProcess::start(const Program& program, int output) {
     }
     ensureChildrenAreReported();
 
-    // The child changes its directory before it looks for the program.
-    const std::string executable = fs::absolute(program.executable).string();
-    std::vector<char*> arguments{const_cast<char*>(executable.c_str())};
-    for (const std::string& argument : program.arguments) {
-        arguments.push_back(const_cast<char*>(argument.c_str()));
+    try {
+        pid_ = startProgram(program, output);
+    } catch (const std::system_error& error) {
+        throw std::system_error(error.code(), startFailure(program));
     }
-    arguments.push_back(nullptr);
-
-    const SpawnSettings settings(program, output);
-    pid_t pid = 0;
-    const int error = posix_spawn(&pid, executable.c_str(), &settings.actions, &settings.attributes,
-        arguments.data(), environ);
-    if (error != 0) {
-        throw std::system_error(error, std::generic_category(), startFailure(program));
-    }
-    pid_ = pid;
     running_ = true;
     family().running.insert(this);
 }

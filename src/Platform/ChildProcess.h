@@ -31,8 +31,9 @@ public:
     ~ChildProcess();
 
     /// Starts the program with `output` as its standard output and standard error. It inherits the
-    /// environment, no other descriptor, no blocked and no ignored signal. Throws std::system_error
-    /// with a text for the user if the system refuses.
+    /// environment, no other descriptor, no blocked and no ignored signal. On Linux it is killed
+    /// when this process ends, in whatever way. Throws std::system_error with a text for the user
+    /// if the system refuses.
     void start(const Program& program, int output);
 
     /// Blocks until the child has ended, and reaps it. The exit status, or the bare number of the

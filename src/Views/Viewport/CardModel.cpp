@@ -125,7 +125,17 @@ std::optional<std::int64_t> CardModel::iteration() const {
 void CardModel::refresh() {
     kind_ = ViewportFormat::topLeftCard(shared_.simulation.phase(),
         shared_.parameters.lastRunResult().has_value(), shared_.parameters.mesh().has_value());
-    rows_ = currentRows();
+    const RunPhase& phase = shared_.simulation.phase();
+    if (kind_ == TopLeftCard::error) {
+        stage_ = phase.stage;
+        message_ = phase.message;
+    } else if (kind_ != TopLeftCard::none) {
+        infoKind_ = kind_;
+        rows_ = currentRows();
+        liveLine_ = kind_ == TopLeftCard::solver ? SidebarFormat::progressTitle(phase, iteration(),
+                                                       shared_.simulation.maxIterations())
+                                                 : "";
+    }
     Q_EMIT changed();
 }
 
@@ -179,9 +189,7 @@ QString CardModel::kind() const {
 }
 
 QString CardModel::title() const {
-    return kind_ == TopLeftCard::error
-               ? qStringOf(ViewportFormat::errorTitle(shared_.simulation.phase().stage))
-               : qStringOf(ViewportFormat::cardTitle(kind_));
+    return qStringOf(ViewportFormat::cardTitle(infoKind_));
 }
 
 QVariantList CardModel::rows() const {
@@ -195,14 +203,15 @@ QVariantList CardModel::rows() const {
 }
 
 QString CardModel::liveLine() const {
-    return kind_ == TopLeftCard::solver
-               ? qStringOf(SidebarFormat::progressTitle(
-                     shared_.simulation.phase(), iteration(), shared_.simulation.maxIterations()))
-               : QString();
+    return qStringOf(liveLine_);
+}
+
+QString CardModel::errorTitle() const {
+    return qStringOf(ViewportFormat::errorTitle(stage_));
 }
 
 QString CardModel::message() const {
-    return kind_ == TopLeftCard::error ? qStringOf(shared_.simulation.phase().message) : QString();
+    return qStringOf(message_);
 }
 
 QString CardModel::showInLog() const {

@@ -14,6 +14,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -29,6 +30,9 @@ class CardModel final : public QObject {
     QML_UNCREATABLE("made by the viewport's model")
     /// "none", "error", "solver", "result" or "geometry".
     Q_PROPERTY(QString kind READ kind NOTIFY changed)
+
+    /// Of the card of geometry, solver or result. It keeps what it showed while it gives way to
+    /// another kind, and so does the error card.
     Q_PROPERTY(QString title READ title NOTIFY changed)
     /// Points.
     Q_PROPERTY(double width READ width NOTIFY changed)
@@ -36,7 +40,9 @@ class CardModel final : public QObject {
     Q_PROPERTY(QVariantList rows READ rows NOTIFY changed)
     /// The line over the rows of the solver card; may be empty.
     Q_PROPERTY(QString liveLine READ liveLine NOTIFY changed)
+
     /// Of the error card.
+    Q_PROPERTY(QString errorTitle READ errorTitle NOTIFY changed)
     Q_PROPERTY(QString message READ message NOTIFY changed)
     Q_PROPERTY(QString showInLog READ showInLog CONSTANT)
     Q_PROPERTY(QString showInLogHelp READ showInLogHelp CONSTANT)
@@ -56,9 +62,10 @@ public:
 
     QString kind() const;
     QString title() const;
-    double width() const { return ViewportFormat::cardWidth(kind_); }
+    double width() const { return ViewportFormat::cardWidth(infoKind_); }
     QVariantList rows() const;
     QString liveLine() const;
+    QString errorTitle() const;
     QString message() const;
     QString showInLog() const;
     QString showInLogHelp() const;
@@ -96,7 +103,11 @@ private:
     IterationRate rate_;
     std::int64_t lineCount_ = 0; ///< of the result's streamlines
     ViewportFormat::TopLeftCard kind_ = ViewportFormat::TopLeftCard::none;
+    ViewportFormat::TopLeftCard infoKind_ = ViewportFormat::TopLeftCard::none;
     std::vector<CardRowModel> rows_;
+    std::string liveLine_;
+    std::string stage_; ///< of the failure, and what is said of it
+    std::string message_;
     BoundingBoxText boundingBox_;
     QueuedUpdate update_;
 };

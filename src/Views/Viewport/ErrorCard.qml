@@ -14,7 +14,7 @@ FloatingCard {
     width: 320 * Theme.lengthScale
     height: column.height + 2 * padding
     Accessible.role: Accessible.AlertMessage
-    Accessible.name: card.model.title
+    Accessible.name: card.model.errorTitle
     Accessible.description: card.model.message
 
     Column {
@@ -28,7 +28,7 @@ FloatingCard {
             spacing: 8
 
             SectionLabel {
-                text: card.model.title
+                text: card.model.errorTitle
                 color: Theme.statusError
                 width: parent.width
             }

@@ -20,8 +20,12 @@ LegendModel::LegendModel(const SharedObjects& shared, QObject* parent)
 void LegendModel::refresh() {
     auto legend = ViewportFormat::legend(shared_.renderSettings.colormapEnabled(),
         shared_.renderSettings.streamlinesEnabled(), shared_.parameters.lastRunResult());
-    if (legend != legend_) {
-        legend_ = std::move(legend);
+    const bool isAnother = legend && legend != legend_;
+    if (isAnother || legend.has_value() != isShown_) {
+        isShown_ = legend.has_value();
+        if (isAnother) {
+            legend_ = std::move(legend);
+        }
         Q_EMIT changed();
     }
 }

@@ -18,6 +18,7 @@ class LegendModel final : public QObject {
     Q_OBJECT
     QML_ELEMENT
     QML_UNCREATABLE("made by the viewport's model")
+    /// What it says stays when it goes.
     Q_PROPERTY(bool isShown READ isShown NOTIFY changed)
     Q_PROPERTY(QString label READ label NOTIFY changed)
     /// May be empty.
@@ -35,7 +36,7 @@ class LegendModel final : public QObject {
 public:
     explicit LegendModel(const SharedObjects& shared, QObject* parent = nullptr);
 
-    bool isShown() const { return legend_.has_value(); }
+    bool isShown() const { return isShown_; }
     QString label() const;
     QString unit() const;
     QString name() const;
@@ -53,7 +54,8 @@ Q_SIGNALS:
 
 private:
     SharedObjects shared_;
-    std::optional<ViewportFormat::Legend> legend_;
+    bool isShown_ = false;
+    std::optional<ViewportFormat::Legend> legend_; ///< the one on show, or the last that was
     double barHeight_ = 220;
 };
 

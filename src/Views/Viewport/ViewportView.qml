@@ -59,7 +59,8 @@ Item {
         WelcomeCard {
             id: welcome
 
-            scale: Math.min(1, (view.width - 2 * view.edge) / width, (view.height - 2 * view.edge) / height)
+            // 24 to each edge.
+            scale: Math.min(1, (view.width - 48) / width, (view.height - 48) / height)
             model: view.model.welcome
         }
     }
@@ -187,10 +188,19 @@ Item {
         height: loading.height
         anchors.centerIn: parent
 
+        // What it says stays while it goes.
+        Connections {
+            target: view.model
+
+            function onChanged() {
+                if (view.model.loadingText !== "")
+                    loading.text = view.model.loadingText;
+            }
+        }
+
         LoadingCard {
             id: loading
 
-            text: view.model.loadingText
             mostWidth: Math.min(480, view.width - 48)
         }
     }
@@ -198,28 +208,26 @@ Item {
     Fading {
         id: noticeSlot
 
-        property string text: ""
-
         shown: view.model.notice !== ""
-        duration: shown ? 200 : 400
+        duration: 200
+        goingDuration: 400
         width: notice.width
         height: notice.height
         x: Math.round((view.width - width) / 2)
         y: view.height - height - view.edge - view.model.noticeLift
 
-        // The text stays while the notice fades.
-        Binding {
-            target: noticeSlot
-            property: "text"
-            value: view.model.notice
-            when: noticeSlot.shown
-            restoreMode: Binding.RestoreNone
+        Connections {
+            target: view.model
+
+            function onNoticeChanged() {
+                if (view.model.notice !== "")
+                    notice.text = view.model.notice;
+            }
         }
 
         NoticeCard {
             id: notice
 
-            text: noticeSlot.text
             symbol: view.model.noticeSymbol
             mostWidth: Math.min(560, view.width - 32)
         }

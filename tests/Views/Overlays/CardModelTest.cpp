@@ -87,8 +87,9 @@ TEST_F(CardModelTest, TheSolverCardCountsAlong) {
     EXPECT_EQ(rows(), (Texts{"rms[P]: -2.35", "CL: 0.4322", "CD: -0.0128", "dt: 0.125 s"}));
     EXPECT_NE(card.liveLine().toStdString().find("11"), std::string::npos);
     EXPECT_NE(card.liveLine().toStdString().find("250"), std::string::npos);
+    placeModel();
     Probe::setPhase(app.simulation, RunPhase::finished(true));
-    EXPECT_EQ(kind(), "none");
+    EXPECT_EQ(kind(), "geometry");
     EXPECT_TRUE(card.liveLine().isEmpty());
 }
 
@@ -132,14 +133,35 @@ TEST_F(CardModelTest, AFailureComesBeforeAnEarlierResult) {
     app.parameters.setLastRunResult(result());
     Probe::setPhase(app.simulation, RunPhase::failed("Meshing", "gmsh gave up."));
     EXPECT_EQ(kind(), "error");
-    EXPECT_EQ(card.title().toStdString(), "MESHING FAILED");
+    EXPECT_EQ(card.errorTitle().toStdString(), "MESHING FAILED");
     EXPECT_EQ(card.message().toStdString(), "gmsh gave up.");
     Probe::setPhase(app.simulation, RunPhase::failed("  ", ""));
     turn();
-    EXPECT_EQ(card.title().toStdString(), "RUN FAILED");
+    EXPECT_EQ(card.errorTitle().toStdString(), "RUN FAILED");
+    EXPECT_TRUE(card.message().isEmpty());
     Probe::setPhase(app.simulation, RunPhase::idle());
     EXPECT_EQ(kind(), "result");
-    EXPECT_TRUE(card.message().isEmpty());
+}
+
+TEST_F(CardModelTest, ACardThatGoesStaysAsItWas) {
+    Probe::setMaxIterations(app.simulation, 250);
+    Probe::setPhase(app.simulation, RunPhase::solving());
+    setHistory(11, -2.345, 0.43219, -0.0128);
+    const Texts before = rows();
+    const QString line = card.liveLine();
+    EXPECT_EQ(line.toStdString(), "Iter 12 / 250");
+    Probe::setPhase(app.simulation, RunPhase::failed("solver", "It diverged."));
+    app.historyStore.reset();
+    EXPECT_EQ(kind(), "error");
+    EXPECT_EQ(card.title().toStdString(), "Solver");
+    EXPECT_EQ(card.width(), 240);
+    EXPECT_EQ(rows(), before);
+    EXPECT_EQ(card.liveLine(), line);
+    Probe::setPhase(app.simulation, RunPhase::meshing());
+    EXPECT_EQ(kind(), "solver");
+    EXPECT_EQ(card.errorTitle().toStdString(), "SOLVER FAILED");
+    EXPECT_EQ(card.message().toStdString(), "It diverged.");
+    EXPECT_EQ(card.liveLine().toStdString(), "Meshing…");
 }
 
 TEST_F(CardModelTest, CollapsingIsSharedAndOutlivesTheCard) {

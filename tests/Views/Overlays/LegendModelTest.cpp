@@ -65,8 +65,17 @@ TEST_F(LegendModelTest, OfTheStreamlinesWhereTheSurfaceIsNotColoured) {
     EXPECT_EQ(legend.unit().toStdString(), "m/s");
     EXPECT_EQ(legend.value().toStdString(), "[10.00, 30.00] m/s");
     app.renderSettings.setStreamlinesEnabled(false);
+    int changes = 0;
+    QObject::connect(&legend, &LegendModel::changed, [&changes] { ++changes; });
     legend.refresh();
     EXPECT_FALSE(legend.isShown());
+    EXPECT_EQ(legend.label().toStdString(), "|V|") << "while it goes";
+    legend.refresh();
+    EXPECT_EQ(changes, 1);
+    app.renderSettings.setStreamlinesEnabled(true);
+    legend.refresh();
+    EXPECT_TRUE(legend.isShown());
+    EXPECT_EQ(changes, 2);
 }
 
 TEST_F(LegendModelTest, AShortBarHasThreeTicks) {

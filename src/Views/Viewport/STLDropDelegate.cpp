@@ -65,7 +65,9 @@ void STLDropDelegate::resolve(
     std::vector<std::filesystem::path> places;
     for (const QUrl& item : items) {
         if (item.isLocalFile()) {
-            places.emplace_back(item.toLocalFile().toStdU16String());
+            // A folder may come with a slash at its end, behind which there is no name.
+            places.emplace_back(
+                item.adjusted(QUrl::StripTrailingSlash).toLocalFile().toStdU16String());
         }
     }
     QMetaObject::invokeMethod(

@@ -110,6 +110,15 @@ TEST_F(STLDropDelegateTest, WhatIsNoFileOfThisMachineHasNoPlace) {
     EXPECT_TRUE(outcomes[0].ignored.empty());
 }
 
+TEST_F(STLDropDelegateTest, AFolderHasItsNameWithOrWithoutASlash) {
+    const QList<QUrl> items{QUrl(QStringLiteral("file:///d/a.stl")),
+        QUrl(QStringLiteral("file:///d/models/")), QUrl(QStringLiteral("file:///d/other"))};
+    EXPECT_TRUE(drop.performDrop(items));
+    turn();
+    ASSERT_EQ(outcomes.size(), 1U);
+    EXPECT_EQ(outcomes[0].ignored, (std::vector<std::filesystem::path>{"/d/models", "/d/other"}));
+}
+
 TEST_F(STLDropDelegateTest, FiveHundredFilesAreOneDrop) {
     QList<QUrl> items;
     for (int i = 0; i < 500; ++i) {

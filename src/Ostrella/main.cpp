@@ -89,7 +89,7 @@ int perform(const HandOver& start) {
         window->model().showAlert(message, text);
     };
     OstrellaApp app({AppBundle::main(), QDir::tempPath().toStdString(), &SystemFacts::words()},
-        preferences, SystemFacts::bootFacts(), alert);
+        preferences, SystemFacts::bootFacts(GraphicsChoice::label(SystemFacts::words())), alert);
     const DesktopAppearance appearance;
     const auto end = [] { QGuiApplication::exit(EXIT_SUCCESS); };
     window = std::make_unique<MainWindow>(app,

@@ -14,8 +14,9 @@ namespace ostrella::SystemFacts {
 /// The words of the system that this program was built for.
 const PlatformWords& words();
 
-/// Version of the running system and the label of its graphics interface.
-LogStore::BootFacts bootFacts();
+/// Version of the running system and the label of its graphics interface: `graphics` where that is
+/// known already, and graphicsLabel() otherwise.
+LogStore::BootFacts bootFacts(const std::optional<std::string>& graphics = {});
 
 /// "OpenGL", "Vulkan" …, or the words for no device. May load a driver: some tens of milliseconds.
 std::string graphicsLabel();

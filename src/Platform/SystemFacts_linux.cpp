@@ -50,14 +50,14 @@ const PlatformWords& words() {
     return PlatformWords::freedesktop();
 }
 
-LogStore::BootFacts bootFacts() {
+LogStore::BootFacts bootFacts(const std::optional<std::string>& graphics) {
     LogStore::BootFacts facts;
     facts.version = AppBundle::version();
     utsname system{};
     if (uname(&system) == 0) {
         std::sscanf(system.release, "%d.%d", &facts.systemMajor, &facts.systemMinor);
     }
-    facts.graphicsLabel = graphicsLabel();
+    facts.graphicsLabel = graphics ? *graphics : graphicsLabel();
     return facts;
 }
 

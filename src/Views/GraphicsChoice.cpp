@@ -1,5 +1,6 @@
 #include "Views/GraphicsChoice.h"
 
+#include "Models/PlatformWords.h"
 #include "Rendering/OffscreenDevice.h"
 
 #include <QQuickWindow>
@@ -47,6 +48,24 @@ bool GraphicsChoice::settle() {
         }
     }
     return false;
+}
+
+std::optional<std::string> GraphicsChoice::label(
+    QSGRendererInterface::GraphicsApi api, const PlatformWords& words) {
+    switch (api) {
+    case QSGRendererInterface::OpenGL:
+        return "OpenGL";
+    case QSGRendererInterface::Vulkan:
+        return "Vulkan";
+    case QSGRendererInterface::Metal:
+        return std::nullopt;
+    default:
+        return std::string(words.noGraphicsDevice);
+    }
+}
+
+std::optional<std::string> GraphicsChoice::label(const PlatformWords& words) {
+    return label(QQuickWindow::graphicsApi(), words);
 }
 
 } // namespace ostrella

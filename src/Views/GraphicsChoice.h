@@ -1,6 +1,13 @@
 #pragma once
 
+#include <QSGRendererInterface>
+
+#include <optional>
+#include <string>
+
 namespace ostrella {
+
+struct PlatformWords;
 
 /// Which of the system's graphics interfaces draws the windows.
 namespace GraphicsChoice {
@@ -13,6 +20,12 @@ void prepare();
 /// environment already names one. False where there is none. After the application object and
 /// before the first window.
 bool settle();
+
+/// The interface as the user reads it. Nothing for one of which the system tells more, as of
+/// Metal.
+std::optional<std::string> label(QSGRendererInterface::GraphicsApi api, const PlatformWords& words);
+/// That of the interface that was settled on.
+std::optional<std::string> label(const PlatformWords& words);
 
 } // namespace GraphicsChoice
 

@@ -26,6 +26,12 @@ TEST(SystemFacts, TheGraphicsInterfaceHasANameOrIsSaidToBeMissing) {
         SystemFacts::graphicsLabel(), testing::AnyOf("OpenGL", "Vulkan", "no graphics device"));
 }
 
+TEST(SystemFacts, AKnownGraphicsInterfaceIsTakenOver) {
+    const LogStore::BootFacts facts = SystemFacts::bootFacts("Vulkan");
+    EXPECT_EQ(facts.graphicsLabel, "Vulkan");
+    EXPECT_EQ(facts.systemMajor, SystemFacts::bootFacts().systemMajor);
+}
+
 TEST(SystemFacts, TheProcessorsNameIsThatOfTheFirstOne) {
     EXPECT_EQ(
         SystemFacts::chipNameIn("processor\t: 0\nmodel\t\t: 143\nmodel name\t:  A Chip @ 2 GHz "

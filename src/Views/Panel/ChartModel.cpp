@@ -57,6 +57,10 @@ QString ChartModel::axisName() const {
     return qStringOf(isOfResiduals() ? PanelText::residualsAxisName : PanelText::coefficientsTitle);
 }
 
+QString ChartModel::seriesName() const {
+    return qStringOf(PanelText::seriesName);
+}
+
 QColor ChartModel::color(std::size_t series) const {
     const Brand::Color& color = isOfResiduals()
                                     ? ChartPalette::color(ChartPalette::residuals, series)

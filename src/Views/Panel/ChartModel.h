@@ -32,8 +32,9 @@ class ChartModel final : public QObject {
     Q_PROPERTY(QVariantList iterationTicks READ iterationTicks NOTIFY axesChanged)
     Q_PROPERTY(QVariantList valueTicks READ valueTicks NOTIFY axesChanged)
     Q_PROPERTY(QString longestValue READ longestValue NOTIFY axesChanged)
-    /// As they are read out: the axis of values, and what the chart shows.
+    /// As they are read out: the axis of values, the legend, and what the chart shows.
     Q_PROPERTY(QString axisName READ axisName CONSTANT)
+    Q_PROPERTY(QString seriesName READ seriesName CONSTANT)
     Q_PROPERTY(QString description READ description NOTIFY linesChanged)
 
 public:
@@ -57,6 +58,7 @@ public:
     QVariantList valueTicks() const { return ticks(values_); }
     QString longestValue() const;
     QString axisName() const;
+    QString seriesName() const;
     QString description() const;
 
     /// In the order of the legend.

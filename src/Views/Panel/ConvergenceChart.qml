@@ -56,7 +56,7 @@ Item {
         x: Theme.edge + numbers + block.numberGap
         y: Theme.length(36) - plot.margin
         width: Math.max(0, block.width - x - Theme.edge)
-        height: Math.max(0, block.height - y - Theme.length(49) + plot.margin)
+        height: Math.max(0, block.height - y - Theme.length(49) - (legend.rows - 1) * legend.rowHeight + plot.margin)
 
         ChartItem {
             id: plot
@@ -102,10 +102,18 @@ Item {
         }
     }
 
-    Row {
+    // Many series take several rows, at the plot's cost.
+    Flow {
+        id: legend
+
+        readonly property real rowHeight: Theme.length(16)
+        readonly property int rows: Math.max(1, Math.round(height / rowHeight))
+
         x: Theme.edge
-        y: block.height - Theme.length(20) - height / 2
-        spacing: 14
+        y: block.height - Theme.length(20) - rowHeight / 2 - (rows - 1) * rowHeight
+        width: Math.max(0, block.width - Theme.edge)
+        Accessible.role: Accessible.Grouping
+        Accessible.name: block.chart.seriesName
 
         Repeater {
             model: block.chart.legend
@@ -115,7 +123,9 @@ Item {
 
                 required property var modelData
 
+                height: legend.rowHeight
                 spacing: 8
+                rightPadding: 14
 
                 Rectangle {
                     anchors.verticalCenter: parent.verticalCenter
@@ -126,10 +136,13 @@ Item {
                 }
 
                 Text {
+                    anchors.verticalCenter: parent.verticalCenter
                     text: entry.modelData.label
                     font: Theme.caption
                     color: Theme.textSecondary
                     textFormat: Text.PlainText
+                    Accessible.role: Accessible.StaticText
+                    Accessible.name: text
                 }
             }
         }

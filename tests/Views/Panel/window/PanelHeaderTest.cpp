@@ -71,6 +71,10 @@ TEST_F(PanelHeader, hasChartsThatAreReadOut) {
     EXPECT_EQ(chart->role(), QAccessible::Chart);
     EXPECT_EQ(chart->text(QAccessible::Description), q("P -1.0490, Iter 49; U -2.0980, Iter 49"));
     EXPECT_TRUE(accessible(q("log10(rms)")));
+    QAccessibleInterface* series = accessible(q("Series"));
+    ASSERT_TRUE(series);
+    ASSERT_EQ(series->childCount(), 2);
+    EXPECT_EQ(series->child(1)->text(QAccessible::Name), q("U"));
 }
 
 TEST_F(PanelHeader, tellsWhatWillStandWhereThereAreNoDataYet) {

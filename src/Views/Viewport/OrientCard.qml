@@ -155,6 +155,7 @@ FloatingCard {
                                 text: modelData.label
                                 name: modelData.name
                                 help: modelData.help
+                                hasMark: true
                                 marked: card.model.facing === modelData.facing
                                 isFirst: index === 0
                                 onClicked: card.model.face(modelData.facing)

@@ -33,6 +33,7 @@ FloatingCard {
                     text: modelData.name
                     name: modelData.label
                     help: modelData.help
+                    hasMark: true
                     marked: card.model.currentView === modelData.view
                     onClicked: card.model.requestView(modelData.view)
                 }
@@ -63,6 +64,7 @@ FloatingCard {
             name: card.model.tools.orient.label
             help: card.model.tools.orient.help
             enabled: card.model.canOrient
+            hasMark: true
             marked: card.model.orients && card.model.canOrient
             onClicked: card.model.toggleOrientMode()
         }
@@ -72,6 +74,7 @@ FloatingCard {
             name: card.model.tools.animate.label
             help: card.model.tools.animate.help
             enabled: card.model.hasStreamlines
+            hasMark: true
             marked: card.model.animates && card.model.hasStreamlines
             onClicked: card.model.toggleAnimation()
         }

@@ -10,6 +10,8 @@ T.Button {
     property string symbol: ""
     property string help: ""
     property bool marked: false
+    // It shows a state and is not only pressed.
+    property bool hasMark: false
     readonly property color ink: !enabled ? Theme.textDisabled : marked && symbol !== "" ? Theme.accentPrimary : marked || hovered || down ? Theme.textPrimary : Theme.textSecondary
 
     implicitHeight: 28 * Theme.lengthScale
@@ -19,7 +21,7 @@ T.Button {
     font: Theme.caption
     Accessible.name: name
     Accessible.description: help
-    Accessible.checkable: true
+    Accessible.checkable: hasMark
     Accessible.checked: marked
 
     contentItem: Item {

@@ -39,6 +39,23 @@ bool isViewable(xcb_connection_t* c, xcb_window_t window) {
     return reply && reply->map_state == XCB_MAP_STATE_VIEWABLE;
 }
 
+/// The first that is shown and has this owner, of all that lies in a window: a window manager puts
+/// those of others into frames of its own.
+xcb_window_t search(xcb_connection_t* c, xcb_window_t window, const std::string& owner) {
+    const auto tree = owned(xcb_query_tree_reply(c, xcb_query_tree(c, window), nullptr));
+    const int count = tree ? xcb_query_tree_children_length(tree.get()) : 0;
+    for (int i = 0; i < count; ++i) {
+        const xcb_window_t child = xcb_query_tree_children(tree.get())[i];
+        if (!isViewable(c, child))
+            continue;
+        if (property(c, child, "_NET_WM_PID") == owner)
+            return child;
+        if (const xcb_window_t found = search(c, child, owner); found != XCB_NONE)
+            return found;
+    }
+    return XCB_NONE;
+}
+
 } // namespace
 
 ForeignWindow::ForeignWindow(std::shared_ptr<xcb_connection_t> connection, std::uint32_t id)
@@ -51,17 +68,10 @@ std::optional<ForeignWindow> ForeignWindow::ofProcess(std::int64_t process) {
     if (xcb_connection_has_error(c) != 0)
         throw std::runtime_error("there is no X server");
     const xcb_window_t root = xcb_setup_roots_iterator(xcb_get_setup(c)).data->root;
-    const auto tree = owned(xcb_query_tree_reply(c, xcb_query_tree(c, root), nullptr));
-    if (!tree)
-        return std::nullopt;
     const auto number = static_cast<std::uint32_t>(process);
-    const std::string wanted(reinterpret_cast<const char*>(&number), sizeof number);
-    for (int i = 0; i < xcb_query_tree_children_length(tree.get()); ++i) {
-        const xcb_window_t window = xcb_query_tree_children(tree.get())[i];
-        if (isViewable(c, window) && property(c, window, "_NET_WM_PID") == wanted)
-            return ForeignWindow(connection, window);
-    }
-    return std::nullopt;
+    const std::string owner(reinterpret_cast<const char*>(&number), sizeof number);
+    const xcb_window_t found = search(c, root, owner);
+    return found != XCB_NONE ? std::optional(ForeignWindow(connection, found)) : std::nullopt;
 }
 
 std::string ForeignWindow::title() const {

@@ -23,11 +23,17 @@ BrandMenuBar {
         for (const entry of description.items) {
             if (entry.separator)
                 menu.addItem(separatorComponent.createObject(menu.contentItem));
-            else
+            else {
                 menu.addItem(itemComponent.createObject(menu.contentItem, {
                     entry: entry,
                     ticks: ticks
                 }));
+                // Of the bar, which is in the window also while the menu is closed: what is modal
+                // keeps the keys of the window's items from it.
+                keysComponent.createObject(bar, {
+                    entry: entry
+                });
+            }
         }
         return menu;
     }
@@ -54,9 +60,14 @@ BrandMenuBar {
 
             text: entry.text
             shortcutText: shown.nativeText
-            ticked: entry.item.checked
             enabled: entry.item.enabled
+            checkable: entry.toggle
+            checked: entry.item.checked
+            // What is shown follows what is set, not what was asked for.
+            onToggled: checked = Qt.binding(() => entry.item.checked)
             onTriggered: entry.item.trigger()
+            Accessible.checkable: checkable
+            Accessible.checked: checked
 
             // A list of combinations has no text of its own.
             Shortcut {
@@ -65,13 +76,19 @@ BrandMenuBar {
                 sequence: menuItem.entry.shortcuts.length > 0 ? menuItem.entry.shortcuts[0] : ""
                 enabled: false
             }
+        }
+    }
 
-            Shortcut {
-                sequences: menuItem.entry.shortcuts
-                enabled: menuItem.entry.item.enabled
-                onActivated: menuItem.entry.item.trigger()
-                onActivatedAmbiguously: menuItem.entry.item.trigger()
-            }
+    Component {
+        id: keysComponent
+
+        Shortcut {
+            required property var entry
+
+            sequences: entry.shortcuts
+            enabled: entry.item.enabled
+            onActivated: entry.item.trigger()
+            onActivatedAmbiguously: entry.item.trigger()
         }
     }
 }

@@ -9,6 +9,15 @@ Rectangle {
     property string detail: ""
     property string value: ""
     property real fraction: 0
+    // What the fill shows: it follows the fraction in its own time, and the bar's width at once.
+    property real filledFraction: Math.max(0, Math.min(1, fraction))
+
+    Behavior on filledFraction {
+        NumberAnimation {
+            duration: 300 * Theme.motion
+            easing.type: Easing.OutQuad
+        }
+    }
 
     implicitHeight: Math.max(Theme.progressHeight, lines.height + 8)
     radius: Theme.progressRadius
@@ -22,14 +31,7 @@ Rectangle {
 
         height: parent.height
         clip: true
-        width: Math.round(bar.width * Math.max(0, Math.min(1, bar.fraction)))
-
-        Behavior on width {
-            NumberAnimation {
-                duration: 300 * Theme.motion
-                easing.type: Easing.OutQuad
-            }
-        }
+        width: Math.round(bar.width * bar.filledFraction)
 
         Rectangle {
             width: bar.width

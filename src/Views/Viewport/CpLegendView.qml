@@ -26,6 +26,9 @@ FloatingCard {
             id: quantity
 
             text: card.model.label
+            // The name of a quantity is that of the file.
+            width: Math.min(implicitWidth, 88 * Theme.lengthScale)
+            elide: Text.ElideMiddle
             font: Theme.label
             color: Theme.textPrimary
             textFormat: Text.PlainText

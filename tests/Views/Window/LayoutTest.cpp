@@ -159,6 +159,15 @@ TEST_F(Layout, ALongNameAndManyFacets) {
     expectWhole(3);
 }
 
+TEST_F(Layout, ALongNameOfAQuantity) {
+    showAllCards();
+    SimulationResult result = *app.parameters.lastRunResult();
+    result.surfaceField->scalarName = std::string(150, 'q');
+    app.parameters.setLastRunResult(result);
+    settle();
+    expectWhole(allCards);
+}
+
 TEST_F(Layout, ALongErrorInEachPlaceThatTellsIt) {
     placeModel();
     for (const std::string& message :

@@ -1,24 +1,18 @@
 #include "Rendering/RhiBuffers.h"
 
-#include "Rendering/CreasedMesh.h"
-#include "Rendering/RhiError.h"
-
-#if QT_CONFIG(opengl)
-#include <QOpenGLContext>
-#include <QOpenGLFunctions>
-#endif
-
-#include <fmt/format.h>
-
 #include <algorithm>
 #include <bit>
-#include <limits>
 #include <utility>
 #include <vector>
 
 namespace ostrella {
 
 namespace {
+
+constexpr std::size_t quadBytes = 6 * sizeof(std::uint32_t);
+constexpr std::size_t triangleBytes = 3 * sizeof(std::uint32_t);
+constexpr std::size_t edgesBytes = 2 * triangleBytes;
+static_assert(RhiFilling::step % quadBytes == 0 && RhiFilling::step % edgesBytes == 0);
 
 QRhiBuffer::UsageFlags usageOf(SceneBuffer buffer) {
     switch (buffer) {
@@ -63,48 +57,44 @@ CreasedMesh creasedModel(const SceneBuffers& scene) {
         contentsOf<std::uint32_t>(scene, SceneBuffer::modelIndices));
 }
 
-/// The edges of triangles as a line list.
-std::vector<std::uint32_t> edgesOf(std::span<const std::uint32_t> triangles) {
-    std::vector<std::uint32_t> edges;
-    edges.reserve(2 * triangles.size());
-    for (std::size_t i = 0; i + 2 < triangles.size(); i += 3) {
-        const auto [a, b, c] = std::array{triangles[i], triangles[i + 1], triangles[i + 2]};
-        edges.insert(edges.end(), {a, b, b, c, c, a});
-    }
-    return edges;
+RhiFilling::Source piecesOf(std::span<const std::byte> bytes) {
+    return [bytes](std::size_t offset, std::size_t size) { return bytes.subspan(offset, size); };
 }
 
-/// Puts many bytes straight into a fresh buffer, where the device takes them: the interface would
-/// keep a copy until the frame is drawn, and memory for that costs more than the copy itself. False
-/// where it has to.
-bool fillAtOnce(QRhi& rhi, QRhiBuffer& buffer, const void* bytes, std::size_t size) {
-#if QT_CONFIG(opengl)
-    constexpr std::size_t many = 1 << 20;
-    if (size < many || rhi.backend() != QRhi::OpenGLES2)
-        return false;
-    const void* const name = buffer.nativeBuffer().objects[0];
-    if (name == nullptr || !rhi.makeThreadLocalNativeContextCurrent())
-        return false;
-    QOpenGLFunctions* const gl = QOpenGLContext::currentContext()->functions();
-    // A place of the context's that the interface does not use, so that all else stays as it was.
-    constexpr GLenum copyWriteBuffer = 0x8F36;
-    gl->glBindBuffer(copyWriteBuffer, *static_cast<const GLuint*>(name));
-    gl->glBufferSubData(copyWriteBuffer, 0, static_cast<GLsizeiptr>(size), bytes);
-    gl->glBindBuffer(copyWriteBuffer, 0);
-    return true;
-#else
-    static_cast<void>(rhi);
-    static_cast<void>(buffer);
-    static_cast<void>(bytes);
-    static_cast<void>(size);
-    return false;
-#endif
+/// The edges of triangles as a line list.
+RhiFilling::Source edgesOf(std::span<const std::uint32_t> triangles) {
+    return [triangles, edges = std::vector<std::uint32_t>()](
+               std::size_t offset, std::size_t size) mutable {
+        const auto piece = triangles.subspan(offset / edgesBytes * 3, size / edgesBytes * 3);
+        edges.clear();
+        edges.reserve(2 * piece.size());
+        for (std::size_t i = 0; i < piece.size(); i += 3) {
+            const auto [a, b, c] = std::array{piece[i], piece[i + 1], piece[i + 2]};
+            edges.insert(edges.end(), {a, b, b, c, c, a});
+        }
+        return std::as_bytes(std::span(edges));
+    };
+}
+
+/// The indices of quads of four vertices each.
+RhiFilling::Source quadCorners() {
+    return [indices = std::vector<std::uint32_t>()](std::size_t offset, std::size_t size) mutable {
+        constexpr std::array<std::uint32_t, 6> corners{0, 1, 2, 1, 3, 2};
+        const auto first = static_cast<std::uint32_t>(offset / quadBytes);
+        const auto count = static_cast<std::uint32_t>(size / quadBytes);
+        indices.clear();
+        indices.reserve(corners.size() * count);
+        for (std::uint32_t quad = first; quad < first + count; ++quad)
+            for (const std::uint32_t corner : corners)
+                indices.push_back(4 * quad + corner);
+        return std::as_bytes(std::span(indices));
+    };
 }
 
 } // namespace
 
-void RhiBuffers::renew(
-    const SceneBuffers& scene, const FrameEncoding& frame, QRhiResourceUpdateBatch& updates) {
+bool RhiBuffers::renew(const SceneBuffers& scene, const FrameEncoding& frame,
+    QRhiResourceUpdateBatch& updates, UploadBudget& budget) {
     outgrown_.clear();
     drop(scene);
     std::array<bool, sceneBufferCount> drawn{};
@@ -113,97 +103,117 @@ void RhiBuffers::renew(
         if (draw.indices)
             drawn[index(*draw.indices)] = true;
     }
+    bool isWhole = true;
     if (drawn[index(SceneBuffer::modelVertices)] && drawn[index(SceneBuffer::modelIndices)])
-        uploadModel(scene, updates);
-    for (std::size_t i = 0; i < sceneBufferCount; ++i) {
+        isWhole = fillCreased(scene, updates, budget);
+    for (std::size_t i = 0; i < sceneBufferCount && isWhole; ++i) {
         const auto which = static_cast<SceneBuffer>(i);
-        if (drawn[i] && !held_[i].buffer)
-            upload(which, scene, scene[which].bytes.span(), updates);
+        if (drawn[i])
+            isWhole = fill(which, scene, scene[which].bytes.span(), updates, budget);
     }
+    return isWhole;
 }
 
 void RhiBuffers::drop(const SceneBuffers& scene) {
     for (std::size_t i = 0; i < sceneBufferCount; ++i) {
         const SceneBuffers::Contents& contents = scene[static_cast<SceneBuffer>(i)];
         Held& held = held_[i];
-        if (held.buffer &&
-            (held.version != contents.version || held.source != contents.bytes.data())) {
-            held = {};
-            ++generation_;
-        }
+        if (held.contents.hasBegun() &&
+            (held.version != contents.version || held.source != contents.bytes.data()))
+            drop(held);
     }
 }
 
-void RhiBuffers::upload(SceneBuffer which, const SceneBuffers& scene,
-    std::span<const std::byte> bytes, QRhiResourceUpdateBatch& updates) {
-    if (bytes.empty())
-        return;
-    Held& held = held_[index(which)];
-    held.buffer = make(usageOf(which), bytes.data(), bytes.size(), updates);
-    held.size = bytes.size();
-    held.version = scene[which].version;
-    held.source = scene[which].bytes.data();
+void RhiBuffers::drop(Held& held) {
+    if (&held == &of(SceneBuffer::modelVertices) || &held == &of(SceneBuffer::modelIndices))
+        creased_.reset();
+    held = {};
     ++generation_;
 }
 
-void RhiBuffers::uploadModel(const SceneBuffers& scene, QRhiResourceUpdateBatch& updates) {
-    Held& vertices = held_[index(SceneBuffer::modelVertices)];
-    Held& indices = held_[index(SceneBuffer::modelIndices)];
-    if ((vertices.buffer && indices.buffer) || !isCreased(scene))
-        return;
-    // The two belong together, also where only one of them was replaced.
-    vertices = {};
-    indices = {};
-    const CreasedMesh mesh = creasedModel(scene);
-    upload(SceneBuffer::modelVertices, scene, std::as_bytes(std::span(mesh.vertices)), updates);
-    upload(SceneBuffer::modelIndices, scene, std::as_bytes(std::span(mesh.indices)), updates);
+bool RhiBuffers::fill(SceneBuffer which, const SceneBuffers& scene,
+    std::span<const std::byte> bytes, QRhiResourceUpdateBatch& updates, UploadBudget& budget) {
+    Held& held = of(which);
+    if (bytes.empty() || held.contents.isWhole())
+        return true;
+    if (!held.contents.hasBegun()) {
+        held.contents = RhiFilling(usageOf(which), bytes.size());
+        held.version = scene[which].version;
+        held.source = scene[which].bytes.data();
+    }
+    const bool isWhole = held.contents.advance(rhi_, piecesOf(bytes), updates, budget);
+    if (isWhole)
+        ++generation_;
+    return isWhole;
 }
 
-std::unique_ptr<QRhiBuffer> RhiBuffers::make(QRhiBuffer::UsageFlags usage, const void* bytes,
-    std::size_t size, QRhiResourceUpdateBatch& updates) {
-    // The interface counts bytes in ints here and there.
-    const bool fits = size <= static_cast<std::size_t>(std::numeric_limits<int>::max());
-    std::unique_ptr<QRhiBuffer> buffer;
-    if (fits)
-        buffer.reset(rhi_.newBuffer(QRhiBuffer::Immutable, usage, static_cast<quint32>(size)));
-    if (!buffer || !buffer->create())
-        throw RhiError(
-            fmt::format("the graphics device has no room for a buffer of {} bytes", size));
-    if (!fillAtOnce(rhi_, *buffer, bytes, size))
-        updates.uploadStaticBuffer(buffer.get(), 0, static_cast<quint32>(size), bytes);
-    return buffer;
+bool RhiBuffers::fillCreased(
+    const SceneBuffers& scene, QRhiResourceUpdateBatch& updates, UploadBudget& budget) {
+    Held& vertices = of(SceneBuffer::modelVertices);
+    Held& indices = of(SceneBuffer::modelIndices);
+    if ((vertices.contents.isWhole() && indices.contents.isWhole()) || !isCreased(scene))
+        return true;
+    if (!creased_) {
+        // The two belong together, also where only one of them was replaced.
+        drop(vertices);
+        drop(indices);
+        creased_ = creasedModel(scene);
+    }
+    const bool isWhole = fill(SceneBuffer::modelVertices, scene,
+                             std::as_bytes(std::span(creased_->vertices)), updates, budget) &&
+                         fill(SceneBuffer::modelIndices, scene,
+                             std::as_bytes(std::span(creased_->indices)), updates, budget);
+    if (isWhole)
+        creased_.reset();
+    return isWhole;
+}
+
+bool RhiBuffers::renewQuads(
+    std::size_t quads, QRhiResourceUpdateBatch& updates, UploadBudget& budget) {
+    constexpr std::size_t least = 1024;
+    if (quads_.isWhole() && quads * quadBytes <= quads_.size())
+        return true;
+    if (quads * quadBytes > widerQuads_.size() || !widerQuads_.hasBegun()) {
+        const std::size_t count = std::bit_ceil(std::max(quads, least));
+        outgrown_.push_back(
+            std::exchange(widerQuads_, RhiFilling(QRhiBuffer::IndexBuffer, count * quadBytes)));
+    }
+    if (!widerQuads_.advance(rhi_, quadCorners(), updates, budget))
+        return false;
+    outgrown_.push_back(std::exchange(quads_, std::exchange(widerQuads_, {})));
+    return true;
 }
 
 QRhiBuffer& RhiBuffers::quadIndices(std::size_t quads, QRhiResourceUpdateBatch& updates) {
-    constexpr std::size_t least = 1024;
-    if (!quads_ || quads > quadCount_) {
-        if (quads_)
-            outgrown_.push_back(std::move(quads_));
-        quadCount_ = std::bit_ceil(std::max(quads, least));
-        std::vector<std::uint32_t> indices(6 * quadCount_);
-        for (std::size_t quad = 0; quad < quadCount_; ++quad) {
-            constexpr std::array<std::uint32_t, 6> corners{0, 1, 2, 1, 3, 2};
-            for (std::size_t i = 0; i < corners.size(); ++i)
-                indices[6 * quad + i] = static_cast<std::uint32_t>(4 * quad) + corners[i];
-        }
-        quads_ = make(QRhiBuffer::IndexBuffer, indices.data(),
-            indices.size() * sizeof(std::uint32_t), updates);
-    }
-    return *quads_;
+    UploadBudget all = UploadBudget::unlimited();
+    renewQuads(quads, updates, all);
+    return *quads_.buffer();
 }
 
-QRhiBuffer& RhiBuffers::triangleEdges(
+bool RhiBuffers::renewEdges(SceneBuffer indices, const SceneBuffers& scene,
+    QRhiResourceUpdateBatch& updates, UploadBudget& budget) {
+    RhiFilling& edges = of(indices).edges;
+    if (edges.isWhole())
+        return true;
+    const bool creased = indices == SceneBuffer::modelIndices && isCreased(scene);
+    // Creased models are so small that their edges may come at once.
+    UploadBudget all = UploadBudget::unlimited();
+    const CreasedMesh mesh = creased ? creasedModel(scene) : CreasedMesh();
+    const auto triangles = creased ? std::span<const std::uint32_t>(mesh.indices)
+                                   : contentsOf<std::uint32_t>(scene, indices);
+    const std::size_t size = triangles.size() / 3 * edgesBytes;
+    if (size == 0)
+        return true;
+    if (!edges.hasBegun())
+        edges = RhiFilling(QRhiBuffer::IndexBuffer, size);
+    return edges.advance(rhi_, edgesOf(triangles), updates, creased ? all : budget);
+}
+
+QRhiBuffer* RhiBuffers::triangleEdges(
     SceneBuffer indices, const SceneBuffers& scene, QRhiResourceUpdateBatch& updates) {
-    Held& held = held_[index(indices)];
-    if (!held.edges) {
-        const bool creased = indices == SceneBuffer::modelIndices && isCreased(scene);
-        const std::vector<std::uint32_t> edges =
-            creased ? edgesOf(creasedModel(scene).indices)
-                    : edgesOf(contentsOf<std::uint32_t>(scene, indices));
-        held.edges = make(
-            QRhiBuffer::IndexBuffer, edges.data(), edges.size() * sizeof(std::uint32_t), updates);
-    }
-    return *held.edges;
+    UploadBudget all = UploadBudget::unlimited();
+    renewEdges(indices, scene, updates, all);
+    return of(indices).edges.buffer();
 }
 
 } // namespace ostrella

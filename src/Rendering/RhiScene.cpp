@@ -73,13 +73,35 @@ bool RhiScene::isSupported(QRhi& rhi) {
            rhi.isFeatureSupported(QRhi::Instancing);
 }
 
+bool RhiScene::bring(QRhiCommandBuffer& commands, const FrameEncoding& frame,
+    const SceneBuffers& buffers, std::size_t mostBytes) {
+    QRhiResourceUpdateBatch* updates = rhi_.nextResourceUpdateBatch();
+    UploadBudget budget(mostBytes);
+    bool isWhole = false;
+    try {
+        isWhole = buffers_.renew(buffers, frame, *updates, budget);
+        for (const DrawCommand& draw : frame.draws) {
+            if (const quint32 quads = quadsOf(draw); quads > 0)
+                isWhole = isWhole && buffers_.renewQuads(quads, *updates, budget);
+            if (drawsEdges(draw))
+                isWhole = isWhole && buffers_.renewEdges(*draw.indices, buffers, *updates, budget);
+        }
+    } catch (...) {
+        updates->release();
+        throw;
+    }
+    commands.resourceUpdate(updates);
+    return isWhole;
+}
+
 void RhiScene::render(QRhiCommandBuffer& commands, RhiTarget& target, const FrameEncoding& frame,
     const SceneBuffers& buffers, float pointScale, QRhiResourceUpdateBatch* afterwards) {
     if (!pipelines_ || !pipelines_->fit(target.pass(), target.samples()))
         pipelines_.emplace(rhi_, target.pass(), target.samples());
     QRhiResourceUpdateBatch* updates = rhi_.nextResourceUpdateBatch();
     try {
-        buffers_.renew(buffers, frame, *updates);
+        UploadBudget all = UploadBudget::unlimited();
+        buffers_.renew(buffers, frame, *updates, all);
         writeUniforms(frame, target.pixelSize(), pointScale);
         uploadUniforms(*updates);
         if (bindingsGeneration_ != buffers_.generation()) {
@@ -177,6 +199,27 @@ QRhiShaderResourceBindings& RhiScene::bindingsFor(const Storage& storage) {
     return *held;
 }
 
+bool RhiScene::drawsEdges(const DrawCommand& draw) const {
+    return draw.fill == FillMode::lines && draw.indices && !hasLineFill_ &&
+           shapeOf(draw) == DrawShape::meshVertices;
+}
+
+quint32 RhiScene::quadsOf(const DrawCommand& draw) const {
+    const DrawShape shape = shapeOf(draw);
+    const std::size_t present = draw.indices ? buffers_.size(*draw.indices) / sizeof(std::uint32_t)
+                                             : buffers_.size(draw.vertices) / vertexSize(shape);
+    const quint32 count = std::min(draw.count, static_cast<quint32>(present));
+    switch (shape) {
+    case DrawShape::lineQuads:
+    case DrawShape::segmentQuads:
+        return count / 2;
+    case DrawShape::ribbonQuads:
+        return count / 6;
+    default:
+        return 0;
+    }
+}
+
 void RhiScene::prepare(const DrawCommand& draw, std::size_t number, RhiTarget& target,
     const SceneBuffers& scene, QRhiResourceUpdateBatch& updates) {
     QRhiBuffer* vertices = buffers_.get(draw.vertices);
@@ -202,25 +245,19 @@ void RhiScene::prepare(const DrawCommand& draw, std::size_t number, RhiTarget& t
             key.fill = FillMode::lines;
         } else if (draw.fill == FillMode::lines) {
             key.shape = DrawShape::meshLines;
-            out.indices = &buffers_.triangleEdges(*draw.indices, scene, updates);
+            out.indices = buffers_.triangleEdges(*draw.indices, scene, updates);
             out.count = 2 * (out.count / 3 * 3);
         }
         break;
-    case DrawShape::lineQuads: {
-        const std::size_t present = buffers_.size(draw.vertices) / vertexSize(key.shape);
-        const std::size_t lines = std::min<std::size_t>(draw.count, present) / 2;
-        storage.first = vertices;
-        out.indices = &buffers_.quadIndices(lines, updates);
-        out.count = static_cast<quint32>(6 * lines);
-        break;
-    }
+    case DrawShape::lineQuads:
     case DrawShape::segmentQuads:
     case DrawShape::ribbonQuads: {
-        precondition(indices != nullptr, "segments are drawn with indices");
-        const quint32 segments = out.count / (key.shape == DrawShape::segmentQuads ? 2 : 6);
-        storage = {vertices, indices};
-        out.indices = &buffers_.quadIndices(segments, updates);
-        out.count = 6 * segments;
+        precondition(key.shape == DrawShape::lineQuads || indices != nullptr,
+            "segments are drawn with indices");
+        const quint32 quads = quadsOf(draw);
+        storage = {vertices, key.shape == DrawShape::lineQuads ? nullptr : indices};
+        out.indices = &buffers_.quadIndices(quads, updates);
+        out.count = 6 * quads;
         break;
     }
     case DrawShape::segmentInstances: {

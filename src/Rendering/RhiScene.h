@@ -36,7 +36,14 @@ public:
     /// Whether the device can run the scene's functions at all.
     static bool isSupported(QRhi& rhi);
 
-    /// Records one pass into a frame that is being recorded. `pointScale` is pixels per point;
+    /// Brings what such a frame draws with to the device, at most about so many bytes of it with
+    /// the frame that is being recorded; true once all of it is there. Contents that the scene has
+    /// replaced in the meantime are let go of. Throws RhiError where the device has no room.
+    bool bring(QRhiCommandBuffer& commands, const FrameEncoding& frame, const SceneBuffers& buffers,
+        std::size_t mostBytes);
+
+    /// Records one pass into a frame that is being recorded. What it draws with and was not brought
+    /// before comes with it, as a whole. `pointScale` is pixels per point;
     /// `afterwards` (may be null) is carried out behind the pass, and always taken over. Each scene
     /// is to be given the same buffers every time. Throws RhiError where the device has no room.
     void render(QRhiCommandBuffer& commands, RhiTarget& target, const FrameEncoding& frame,
@@ -58,6 +65,8 @@ private:
     /// What functions read by themselves; null for none.
     using Storage = std::pair<QRhiBuffer*, QRhiBuffer*>;
 
+    quint32 quadsOf(const DrawCommand& draw) const;
+    bool drawsEdges(const DrawCommand& draw) const;
     void writeUniforms(const FrameEncoding& frame, QSize pixels, float pointScale);
     quint32 writeSlot(const void* bytes, std::size_t size);
     void uploadUniforms(QRhiResourceUpdateBatch& updates);

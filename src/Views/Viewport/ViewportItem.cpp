@@ -232,6 +232,14 @@ QSGNode* ViewportItem::updatePaintNode(QSGNode* old, UpdatePaintNodeData*) {
                     this, [this, text] { frameHasFailed(QString::fromStdString(text)); },
                     Qt::QueuedConnection);
             };
+            node->onDrawn = [item = QPointer(this)] {
+                if (item)
+                    ++item->frameCount_;
+            };
+            node->onUnfinished = [item = QPointer(this)] {
+                if (item)
+                    QMetaObject::invokeMethod(item, &QQuickItem::update, Qt::QueuedConnection);
+            };
             scene_ = node->scene();
             sceneDevice_ = rhi;
         }
@@ -239,7 +247,6 @@ QSGNode* ViewportItem::updatePaintNode(QSGNode* old, UpdatePaintNodeData*) {
         FrameEncoding frame = renderer.draw();
         node->setPicture(
             {std::move(frame), renderer.buffers(), pixels, renderer.pointScale()}, boundingRect());
-        ++frameCount_;
         hasDrawn_ = true;
         if (!deviceProblem_.isEmpty())
             report({});

@@ -9,6 +9,19 @@
 
 namespace ostrella {
 
+namespace {
+
+/// The frame without body and flow.
+FrameEncoding surroundingsOf(FrameEncoding frame) {
+    std::erase_if(frame.draws, [](const DrawCommand& draw) {
+        return draw.pipeline != Pipeline::grid && draw.pipeline != Pipeline::ring &&
+               draw.pipeline != Pipeline::gizmo;
+    });
+    return frame;
+}
+
+} // namespace
+
 QSize ViewportNode::Texture::textureSize() const {
     return texture_ != nullptr ? texture_->pixelSize() : QSize();
 }
@@ -42,21 +55,24 @@ void ViewportNode::setPicture(Picture picture, const QRectF& rect) {
         target_ = std::make_unique<RhiTarget>(rhi_, picture.pixels);
         texture_.set(&target_->texture());
         setTexture(&texture_);
+        hasPicture_ = false;
     }
     setRect(rect);
     waiting_ = std::move(picture);
     markDirty(QSGNode::DirtyMaterial);
 }
 
+QRhiCommandBuffer* ViewportNode::redirectedCommands() const {
+    return static_cast<QRhiCommandBuffer*>(window_.rendererInterface()->getResource(
+        &window_, QSGRendererInterface::RhiRedirectCommandBuffer));
+}
+
 QRhiCommandBuffer* ViewportNode::commands() const {
-    QSGRendererInterface* interface = window_.rendererInterface();
     // What is drawn into a picture of the window has commands of its own.
-    using Resource = QSGRendererInterface;
-    if (auto* redirected = static_cast<QRhiCommandBuffer*>(
-            interface->getResource(&window_, Resource::RhiRedirectCommandBuffer)))
+    if (QRhiCommandBuffer* redirected = redirectedCommands())
         return redirected;
-    auto* chain = static_cast<QRhiSwapChain*>(
-        interface->getResource(&window_, Resource::RhiSwapchainResource));
+    auto* chain = static_cast<QRhiSwapChain*>(window_.rendererInterface()->getResource(
+        &window_, QSGRendererInterface::RhiSwapchainResource));
     return chain != nullptr ? chain->currentFrameCommandBuffer() : nullptr;
 }
 
@@ -64,13 +80,31 @@ void ViewportNode::record() {
     QRhiCommandBuffer* buffer = waiting_ ? commands() : nullptr;
     if (buffer == nullptr)
         return;
-    const Picture picture = *std::exchange(waiting_, std::nullopt);
+    Picture picture = *std::exchange(waiting_, std::nullopt);
     try {
-        scene_->render(*buffer, *target_, picture.frame, picture.buffers, picture.pointScale);
+        // A picture of the window is asked for once.
+        const bool isAlone = redirectedCommands() != nullptr;
+        if (isAlone || scene_->bring(*buffer, picture.frame, picture.buffers, bytesPerFrame)) {
+            draw(*buffer, picture, picture.frame);
+            if (onDrawn)
+                onDrawn();
+            return;
+        }
+        if (!hasPicture_)
+            draw(*buffer, picture, surroundingsOf(picture.frame));
+        waiting_ = std::move(picture);
+        if (onUnfinished)
+            onUnfinished();
     } catch (const RhiError& error) {
         if (onFailure)
             onFailure(error.what());
     }
+}
+
+void ViewportNode::draw(
+    QRhiCommandBuffer& commands, const Picture& picture, const FrameEncoding& frame) {
+    scene_->render(commands, *target_, frame, picture.buffers, picture.pointScale);
+    hasPicture_ = true;
 }
 
 } // namespace ostrella

@@ -20,8 +20,11 @@ class QQuickWindow;
 namespace ostrella {
 
 /// Draws the viewport's scene into a texture of its own ahead of the window's pass, and shows that
-/// in the window. It owns all that the viewport has on the device, and goes with the device: by the
-/// time the item hears of that it would be too late. On the thread of the scene graph.
+/// in the window. What a large scene draws with comes to the device over several frames, so that
+/// none of them takes long: until it is there as a whole, the picture before stays, or where there
+/// is none, the surroundings come without body and flow. It owns all that the viewport has on the
+/// device, and goes with the device: by the time the item hears of that it would be too late. On
+/// the thread of the scene graph.
 class ViewportNode final : public QObject, public QSGSimpleTextureNode {
 public:
     /// What a frame is drawn from.
@@ -43,9 +46,17 @@ public:
     /// The device's copies of the scene, for others that draw it; gone with the node.
     std::weak_ptr<RhiScene> scene() const { return scene_; }
 
-    /// Has this drawn with the window's next frame, and shown in a rectangle of the item.
+    /// Bytes that come to the device with one frame.
+    static constexpr std::size_t bytesPerFrame = std::size_t(16) << 20;
+
+    /// Has this drawn with the window's next frame, or if it takes longer with one of those that
+    /// follow, and shown in a rectangle of the item. It takes the place of one that is on its way.
     void setPicture(Picture picture, const QRectF& rect);
 
+    /// Called when a picture has been drawn.
+    std::function<void()> onDrawn;
+    /// Called when a picture wants another frame of the window. Still within this one.
+    std::function<void()> onUnfinished;
     /// Called with what went wrong when the device had no room for a frame.
     std::function<void(const std::string&)> onFailure;
 
@@ -66,6 +77,9 @@ private:
     };
 
     void record();
+    void draw(QRhiCommandBuffer& commands, const Picture& picture, const FrameEncoding& frame);
+    /// That of the window's picture of itself, if one is being made; null if not.
+    QRhiCommandBuffer* redirectedCommands() const;
     QRhiCommandBuffer* commands() const;
 
     QQuickWindow& window_;
@@ -74,6 +88,7 @@ private:
     std::unique_ptr<RhiTarget> target_;
     std::shared_ptr<RhiScene> scene_;
     std::optional<Picture> waiting_; ///< for the window's next frame
+    bool hasPicture_ = false;        ///< in the target, as large as it is now
 };
 
 } // namespace ostrella

@@ -36,10 +36,10 @@ void MainThreadWatchdog::leaveAsideFrames(QQuickWindow& window) {
     // The driver may have to finish the frame before.
     connect(&window, &QQuickWindow::beforeFrameBegin, this, begin, Qt::DirectConnection);
     connect(&window, &QQuickWindow::beforeSynchronizing, this, end, Qt::DirectConnection);
-    // Between them the items hand over what they show: that is ours, and so is what a viewport that
-    // has been shown before does ahead of this at the beginning of the drawing: it hands its
-    // buffers to the device.
-    connect(&window, &QQuickWindow::beforeRendering, this, begin, Qt::DirectConnection);
+    // What lies between is ours: the items hand over what they show, the viewport and the scene
+    // graph hand their buffers to the device, and record what it is to draw. From the window's own
+    // pass on, which is the last of the frame, the driver works it off.
+    connect(&window, &QQuickWindow::beforeRenderPassRecording, this, begin, Qt::DirectConnection);
     connect(&window, &QQuickWindow::frameSwapped, this, end, Qt::DirectConnection);
 }
 

@@ -21,33 +21,42 @@ SidebarSection {
         onClicked: section.model.resetOrientation()
     }
 
-    SidebarRow {
+    Item {
         width: parent.width
-        title: section.model.texts.angles
-        suffix: section.model.texts.anglesSuffix
-        spacing: 6
+        height: angles.height
 
-        AngleField {
-            description: section.model.rotationXField
-            value: section.model.rotationX
-            onEdited: value => section.model.rotationX = value
+        SidebarRow {
+            id: angles
+
+            width: parent.width
+            title: section.model.texts.angles
+            suffix: section.model.texts.anglesSuffix
+            spacing: 6
+
+            AngleField {
+                description: section.model.rotationXField
+                value: section.model.rotationX
+                onEdited: value => section.model.rotationX = value
+            }
+
+            AngleField {
+                description: section.model.rotationYField
+                value: section.model.rotationY
+                onEdited: value => section.model.rotationY = value
+            }
+
+            AngleField {
+                description: section.model.rotationZField
+                value: section.model.rotationZ
+                onEdited: value => section.model.rotationZ = value
+            }
         }
 
-        AngleField {
-            description: section.model.rotationYField
-            value: section.model.rotationY
-            onEdited: value => section.model.rotationY = value
-        }
-
-        AngleField {
-            description: section.model.rotationZField
-            value: section.model.rotationZ
-            onEdited: value => section.model.rotationZ = value
-        }
-
-        TapHandler {
+        // Above the fields too, which would keep the right button to themselves.
+        MouseArea {
             acceptedButtons: Qt.RightButton
-            onTapped: menu.popup()
+            anchors.fill: parent
+            onClicked: menu.popup()
         }
 
         BrandMenu {

@@ -44,6 +44,13 @@ Column {
                 duration: 150 * Theme.motion
                 easing.type: Easing.OutQuad
             }
+            // A row that is moved while it comes would stay half to be seen.
+            NumberAnimation {
+                property: "opacity"
+                to: 1
+                duration: 150 * Theme.motion
+                easing.type: Easing.OutQuad
+            }
         }
         add: Transition {
             NumberAnimation {

@@ -47,6 +47,14 @@ void giveUp(const std::string& reason) {
     AlertWindow::present(reason, "", [] { QGuiApplication::exit(EXIT_FAILURE); });
 }
 
+/// Libraries end the process by themselves when its display goes away: at once then, since the
+/// workers of a run must not find what they use destroyed.
+void endAtOnce() {
+    ChildProcess::killAllForGood();
+    std::fflush(nullptr);
+    std::_Exit(EXIT_FAILURE);
+}
+
 /// For measuring: the moment on the machine's steady clock, which every program reads alike.
 void tellFirstFrame(MainWindow& window) {
     if (startLog().isDebugEnabled()) {
@@ -157,6 +165,7 @@ int main(int argc, char** argv) {
     std::signal(SIGXFSZ, SIG_IGN);
     // Qt takes over the user's language; numbers in files have a point.
     std::setlocale(LC_NUMERIC, "C");
+    std::atexit(endAtOnce);
     const int status = perform(start);
     // Workers that nobody waits for still run: what they use must not be destroyed under them.
     std::fflush(nullptr);

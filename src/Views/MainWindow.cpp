@@ -9,8 +9,12 @@
 
 #include <QEvent>
 #include <QQuickStyle>
+#include <QScreen>
 #include <QUrl>
 #include <QVariant>
+
+#include <algorithm>
+#include <utility>
 
 namespace ostrella {
 
@@ -88,8 +92,9 @@ void MainWindow::raise(const QString& token) {
         // The toolkit hands it to the window system with the request.
         qputenv("XDG_ACTIVATION_TOKEN", token.toUtf8());
     }
-    if (window_->visibility() == QWindow::Minimized) {
-        window_->showNormal();
+    if (window_->windowStates().testFlag(Qt::WindowMinimized)) {
+        // As it was before: one that filled the screen does so again.
+        window_->setWindowStates(window_->windowStates() & ~Qt::WindowStates(Qt::WindowMinimized));
     }
     window_->raise();
     window_->requestActivate();
@@ -98,8 +103,34 @@ void MainWindow::raise(const QString& token) {
 bool MainWindow::eventFilter(QObject* watched, QEvent* event) {
     if (watched == window_ && event->type() == QEvent::Close) {
         Q_EMIT closed();
+    } else if (watched == window_ && event->type() == QEvent::Expose && window_->isExposed() &&
+               !std::exchange(isFitted_, true)) {
+        fitFrameIntoScreen();
     }
     return false;
+}
+
+void MainWindow::fitFrameIntoScreen() {
+    // What the window manager puts around it is known no earlier.
+    if (window_->frameMargins().isNull() || window_->windowStates() != Qt::WindowNoState) {
+        return;
+    }
+    const QRect room = window_->screen()->availableGeometry();
+    const QRect frame = window_->frameGeometry();
+    const QSize margins = frame.size() - window_->size();
+    const QSize size =
+        window_->size().boundedTo(room.size() - margins).expandedTo(window_->minimumSize());
+    const QPoint farthest(room.x() + room.width() - size.width() - margins.width(),
+        room.y() + room.height() - size.height() - margins.height());
+    // The title bar stays in reach where there is too little room.
+    const QPoint place(std::max(room.x(), std::min(frame.x(), farthest.x())),
+        std::max(room.y(), std::min(frame.y(), farthest.y())));
+    if (size != window_->size()) {
+        window_->resize(size);
+    }
+    if (place != frame.topLeft()) {
+        window_->setFramePosition(place);
+    }
 }
 
 } // namespace ostrella

@@ -42,10 +42,14 @@ Q_SIGNALS:
     void closed();
 
 private:
+    /// Once, so that title bar and border do not push the content off a small screen.
+    void fitFrameIntoScreen();
+
     WindowModel model_;
     QQmlApplicationEngine engine_;
     QQuickWindow* window_ = nullptr;
     ViewportItem* viewport_ = nullptr;
+    bool isFitted_ = false;
 };
 
 } // namespace ostrella

@@ -14,6 +14,8 @@ ApplicationWindow {
     required property WindowModel model
     // What had the keyboard before a menu took it.
     property Item editor: null
+    // What full screen goes back to.
+    property int visibilityBefore: Window.Windowed
 
     function edit(operation) {
         if (editor && typeof editor[operation] === "function")
@@ -23,9 +25,12 @@ ApplicationWindow {
     function change(operation) {
         if (operation === "minimize")
             showMinimized();
-        else if (operation === "fullScreen")
-            visibility = visibility === Window.FullScreen ? Window.AutomaticVisibility : Window.FullScreen;
-        else
+        else if (operation === "fullScreen" && visibility === Window.FullScreen)
+            visibility = visibilityBefore;
+        else if (operation === "fullScreen") {
+            visibilityBefore = visibility;
+            visibility = Window.FullScreen;
+        } else
             visibility = visibility === Window.Maximized ? Window.Windowed : Window.Maximized;
     }
 

@@ -122,11 +122,16 @@ bool ViewportItem::isShown() const {
 void ViewportItem::followVisibility() {
     const bool moves = coordinator_ && !coordinator_->view().isPaused();
     pacer_.setRunning(moves && isShown());
+    // What comes to rest is drawn as finely as anything else.
+    if (!pacer_.isRunning() && samples_ < RhiTarget::preferredSamples)
+        update();
 }
 
 void ViewportItem::frameWasSwapped() {
     if (!std::exchange(hasDrawn_, false))
         return;
+    if (pacer_.isRunning())
+        detail_.frameTook(std::chrono::steady_clock::now() - frameBegan_);
     if (coordinator_)
         coordinator_->view().agreeWithRenderer();
     pacer_.frameWasDrawn();
@@ -243,10 +248,13 @@ QSGNode* ViewportItem::updatePaintNode(QSGNode* old, UpdatePaintNodeData*) {
             scene_ = node->scene();
             sceneDevice_ = rhi;
         }
+        frameBegan_ = std::chrono::steady_clock::now();
+        samples_ = pacer_.isRunning() ? detail_.samples() : RhiTarget::preferredSamples;
         MetalRenderer& renderer = coordinator_->renderer();
         FrameEncoding frame = renderer.draw();
         node->setPicture(
-            {std::move(frame), renderer.buffers(), pixels, renderer.pointScale()}, boundingRect());
+            {std::move(frame), renderer.buffers(), pixels, renderer.pointScale(), samples_},
+            boundingRect());
         hasDrawn_ = true;
         if (!deviceProblem_.isEmpty())
             report({});

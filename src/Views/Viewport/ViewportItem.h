@@ -2,6 +2,7 @@
 
 #include "Rendering/MetalRenderer.h"
 #include "Views/Viewport/ViewportCoordinator.h"
+#include "Views/Viewport/ViewportDetail.h"
 #include "Views/Viewport/ViewportNode.h"
 #include "Views/Viewport/ViewportPacer.h"
 
@@ -9,6 +10,7 @@
 #include <QQuickItem>
 
 #include <array>
+#include <chrono>
 #include <cstdint>
 #include <memory>
 
@@ -49,6 +51,8 @@ public:
     /// How many frames of the scene were drawn for the window since the item was made. Frames of
     /// the window that show the scene as it was do not count.
     std::uint64_t frameCount() const { return frameCount_; }
+    /// Samples a pixel of the latest frame, at most: fewer while an animation would be too slow.
+    int samples() const { return samples_; }
     bool showsFocus() const { return hasActiveFocus() && isFocusFromKeys_; }
     /// The window can be seen, as far as the window system tells, and the item is shown in it.
     bool isShown() const;
@@ -99,6 +103,9 @@ private:
     std::unique_ptr<ViewportCoordinator> coordinator_;
     std::array<QMetaObject::Connection, 2> modelGone_;
     ViewportPacer pacer_;
+    ViewportDetail detail_;
+    int samples_ = RhiTarget::preferredSamples;
+    std::chrono::steady_clock::time_point frameBegan_;
     QPointer<QQuickWindow> watched_;
     std::unique_ptr<WindowCover> cover_;
     QString deviceProblem_;

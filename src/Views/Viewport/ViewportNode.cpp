@@ -48,11 +48,12 @@ QRhi* ViewportNode::deviceOf(const QQuickWindow& window) {
 }
 
 void ViewportNode::setPicture(Picture picture, const QRectF& rect) {
-    if (!target_ || target_->pixelSize() != picture.pixels) {
+    if (!target_ || target_->pixelSize() != picture.pixels || targetSamples_ != picture.samples) {
         // The old one first: a device has to have room for one of them only.
         texture_.set(nullptr);
         target_.reset();
-        target_ = std::make_unique<RhiTarget>(rhi_, picture.pixels);
+        target_ = std::make_unique<RhiTarget>(rhi_, picture.pixels, picture.samples);
+        targetSamples_ = picture.samples;
         texture_.set(&target_->texture());
         setTexture(&texture_);
         hasPicture_ = false;

@@ -33,6 +33,7 @@ public:
         SceneBuffers buffers;
         QSize pixels;
         float pointScale = 1;
+        int samples = RhiTarget::preferredSamples; ///< a pixel, at most
     };
 
     ViewportNode(QQuickWindow& window, QRhi& rhi);
@@ -86,6 +87,7 @@ private:
     QRhi& rhi_;
     Texture texture_;
     std::unique_ptr<RhiTarget> target_;
+    int targetSamples_ = 0; ///< that it was asked for
     std::shared_ptr<RhiScene> scene_;
     std::optional<Picture> waiting_; ///< for the window's next frame
     bool hasPicture_ = false;        ///< in the target, as large as it is now

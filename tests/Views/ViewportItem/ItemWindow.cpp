@@ -84,7 +84,7 @@ QImage ItemWindow::expected(bool withGizmo) {
     const Vec2 size(static_cast<float>(pixels.width()), static_cast<float>(pixels.height()));
     return OffscreenPicture::render(other->rhi(), scene, pixels,
         renderer().encodeScene(size, now, withGizmo), renderer().buffers(),
-        static_cast<float>(ratio))
+        static_cast<float>(ratio), item->samples())
         .value_or(QImage());
 }
 

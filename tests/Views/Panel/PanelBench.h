@@ -1,11 +1,7 @@
 #pragma once
 
-#include "Models/PlatformWords.h"
-#include "Models/PreferenceStore.h"
-#include "Ostrella/OstrellaApp.h"
 #include "Views/Panel/BottomPanelModel.h"
-#include "Views/SharedObjects.h"
-#include "support/Wait.h"
+#include "support/ViewBench.h"
 
 #include <gmock/gmock.h>
 
@@ -13,43 +9,21 @@
 #include <optional>
 #include <string>
 #include <utility>
-#include <vector>
-
-namespace ostrella {
-
-/// Puts the controller into states that a run would bring about.
-class SimulationControllerProbe {
-public:
-    static void setPhase(SimulationController& controller, RunPhase phase) {
-        controller.setPhase(std::move(phase));
-    }
-    static void setSummary(SimulationController& controller, std::optional<RunSummary> summary) {
-        controller.setSummary(std::move(summary));
-    }
-};
-
-} // namespace ostrella
 
 namespace ostrella::test {
 
 /// The shared objects of the application with the panel's model on top.
-class PanelBench {
+class PanelBench : public ViewBench {
 public:
     using Level = LogStore::Level;
 
-    PanelBench()
-        : app({AppBundle(directory_.path()), directory_.path(), &PlatformWords::freedesktop()},
-              preferences_, {}, [](const std::string&, const std::string&) {}),
-          panel({app.parameters, app.renderSettings, app.logStore, app.historyStore,
-              app.appSettings, app.simulation, app.notifications, app.importer, app.samples}) {}
+    PanelBench() : panel(shared()) {}
 
-    void setPhase(RunPhase phase) {
-        SimulationControllerProbe::setPhase(app.simulation, std::move(phase));
-    }
+    void setPhase(RunPhase phase) { Probe::setPhase(app.simulation, std::move(phase)); }
     void setSummary(std::optional<std::int64_t> iterations) {
         RunSummary summary;
         summary.iterations = iterations;
-        SimulationControllerProbe::setSummary(app.simulation, summary);
+        Probe::setSummary(app.simulation, summary);
     }
     /// Rows of the solver from 0 on, as a flush lays them into the store: two residuals and two
     /// coefficients, `P` from -1 down by a thousandth an iteration.
@@ -79,12 +53,6 @@ public:
         panel.lines()->takeIn();
     }
 
-private:
-    TemporaryDirectory directory_;
-    MemoryPreferences preferences_;
-
-public:
-    OstrellaApp app;
     BottomPanelModel panel;
 };
 

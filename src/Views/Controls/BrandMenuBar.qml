@@ -18,6 +18,7 @@ T.MenuBar {
 
         // Without the mark of the letter that opens it.
         readonly property string name: text.replace("&", "")
+        readonly property string underlined: text.replace(/&(.)/, "<u>$1</u>")
 
         hoverEnabled: true
         Accessible.name: name
@@ -28,12 +29,13 @@ T.MenuBar {
         implicitWidth: Math.ceil(implicitContentWidth) + leftPadding + rightPadding
 
         contentItem: Text {
-            text: item.name
+            // As on the desktop: the letters are marked as long as the key is held that they go with.
+            text: HeldKeys.alt ? item.underlined : item.name
             font: item.font
             color: !item.enabled ? Theme.textDisabled
                 : item.highlighted || item.hovered ? Theme.textPrimary : Theme.textSecondary
             verticalAlignment: Text.AlignVCenter
-            textFormat: Text.PlainText
+            textFormat: Text.StyledText
         }
 
         background: Rectangle {

@@ -40,13 +40,17 @@ Rectangle {
             id: segments
             model: control.options
 
-            T.Button {
+            T.TabButton {
                 id: segment
 
                 required property var modelData
                 required property int index
                 readonly property bool chosen: modelData.value === control.selection
 
+                autoExclusive: false
+                checked: chosen
+                // What is shown follows what is set, not what was asked for.
+                onToggled: checked = Qt.binding(() => segment.chosen)
                 hoverEnabled: true
                 text: modelData.title
                 font: Theme.segment
@@ -59,7 +63,6 @@ Rectangle {
                 onClicked: control.choose(index, Qt.MouseFocusReason)
                 Keys.onLeftPressed: control.choose(index - 1, Qt.TabFocusReason)
                 Keys.onRightPressed: control.choose(index + 1, Qt.TabFocusReason)
-                Accessible.role: Accessible.PageTab
                 Accessible.name: text
                 Accessible.onPressAction: clicked()
                 Accessible.selectable: true

@@ -3,24 +3,28 @@ import QtQuick.Templates as T
 import Ostrella.Controls
 
 // A small rounded label that is chosen or not. What it does is up to its user.
-T.Button {
+T.RadioButton {
     id: control
 
     property bool selected: false
     property string help: ""
 
+    autoExclusive: false
+    checked: selected
+    // What is shown follows what is set, not what was asked for.
+    onToggled: checked = Qt.binding(() => control.selected)
     hoverEnabled: true
     font: Theme.caption
     leftPadding: 9
     rightPadding: 9
     implicitHeight: Theme.chipHeight
     implicitWidth: Math.ceil(implicitContentWidth) + leftPadding + rightPadding
-    Accessible.role: Accessible.RadioButton
     Accessible.name: text
     Accessible.checkable: true
-    Accessible.checked: selected
+    Accessible.checked: checked
     Accessible.description: help
     Accessible.onPressAction: clicked()
+    Accessible.onToggleAction: clicked()
 
     contentItem: Text {
         text: control.text

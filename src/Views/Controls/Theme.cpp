@@ -1,6 +1,7 @@
 #include "Views/Controls/Theme.h"
 
 #include "Views/Controls/Faces.h"
+#include "Views/Controls/SpokenItem.h"
 
 #include <QJSEngine>
 
@@ -36,6 +37,11 @@ QFont::Weight asWeight(Brand::Weight weight) {
 }
 
 } // namespace
+
+// Nothing of the window is shown without it.
+Theme::Theme() {
+    SpokenItem::install();
+}
 
 Theme& Theme::shared() {
     static Theme theme;

@@ -263,7 +263,7 @@ Q_SIGNALS:
     void changed();
 
 private:
-    Theme() = default;
+    Theme();
 
     bool dark_ = true;
     qreal textScale_ = 1;

@@ -27,8 +27,10 @@ T.Button {
 
     // As a click does, for who has no pointer.
     function press() {
-        if (checkable)
+        if (checkable) {
             toggle();
+            toggled();
+        }
         clicked();
     }
 

@@ -238,8 +238,8 @@ QString CardModel::collapseHelp() const {
     return qStringOf(ViewportFormat::collapseHelp(isCollapsed_));
 }
 
-QString CardModel::collapseValue() const {
-    return qStringOf(ViewportFormat::collapseValue(isCollapsed_));
+QString CardModel::collapseValue(bool isCollapsed) {
+    return qStringOf(ViewportFormat::collapseValue(isCollapsed));
 }
 
 QString CardModel::collapseSymbol() const {

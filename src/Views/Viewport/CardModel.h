@@ -51,7 +51,6 @@ class CardModel final : public QObject {
     Q_PROPERTY(bool collapsed READ isCollapsed WRITE setCollapsed NOTIFY changed)
     Q_PROPERTY(QString summary READ summary NOTIFY changed)
     Q_PROPERTY(QString collapseHelp READ collapseHelp NOTIFY changed)
-    Q_PROPERTY(QString collapseValue READ collapseValue NOTIFY changed)
     Q_PROPERTY(QString collapseSymbol READ collapseSymbol NOTIFY changed)
 
 public:
@@ -73,7 +72,8 @@ public:
     void setCollapsed(bool collapsed);
     QString summary() const;
     QString collapseHelp() const;
-    QString collapseValue() const;
+    /// What a reader of the screen says of a card that is drawn so.
+    Q_INVOKABLE static QString collapseValue(bool isCollapsed);
     QString collapseSymbol() const;
 
     /// Brings the log forward, filtered to errors.

@@ -13,12 +13,15 @@ FloatingCard {
     // Another card has to stand where the rows would be.
     property bool squeezed: false
     readonly property bool collapsed: model.collapsed || squeezed
-    readonly property real fullHeight: head.height + rows.height + 8
-    // The most that it may take of the viewport's height; what goes beyond can be scrolled to.
+    readonly property real leastHeight: head.height
+    // What it takes as the user wants it.
+    readonly property real fullHeight: head.height + (model.collapsed ? 0 : rows.height + 8)
+    // The most that it may take of the viewport; rows that go beyond can be scrolled to.
+    property real mostWidth: Infinity
     property real mostHeight: Infinity
 
     padding: 0
-    width: model.width * Theme.lengthScale
+    width: Math.min(mostWidth, model.width * Theme.lengthScale)
     height: head.height + body.height
 
     T.Button {
@@ -30,7 +33,8 @@ FloatingCard {
         hoverEnabled: true
         focusPolicy: Qt.StrongFocus
         Accessible.name: card.model.title
-        Accessible.description: card.model.collapseValue
+        Accessible.description: card.model.collapseValue(card.collapsed)
+        Accessible.onPressAction: clicked()
         onClicked: card.model.collapsed = !card.model.collapsed
 
         SectionLabel {

@@ -18,6 +18,7 @@ T.Button {
     focusPolicy: Qt.StrongFocus
     Accessible.name: name
     Accessible.description: help
+    Accessible.onPressAction: clicked()
 
     contentItem: Item {
         Column {

@@ -21,8 +21,14 @@ T.Button {
     font: Theme.caption
     Accessible.name: name
     Accessible.description: help
-    Accessible.checkable: hasMark
-    Accessible.checked: marked
+    checkable: hasMark
+    checked: hasMark && marked
+    // What is shown follows what is set, not what was asked for.
+    onToggled: checked = Qt.binding(() => control.hasMark && control.marked)
+    Accessible.checkable: checkable
+    Accessible.checked: checked
+    Accessible.onPressAction: clicked()
+    Accessible.onToggleAction: clicked()
 
     contentItem: Item {
         Text {

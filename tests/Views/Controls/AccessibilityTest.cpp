@@ -1,12 +1,39 @@
 #include "Views/Controls/ControlsWindow.h"
 
 #include <QAccessible>
+#include <private/qguiapplication_p.h>
+#include <qpa/qplatformaccessibility.h>
+#include <qpa/qplatformintegration.h>
+
+#include <algorithm>
+#include <functional>
+#include <vector>
 
 namespace ostrella::test {
 
 class AccessibilityTest : public ControlsWindow {
 protected:
-    AccessibilityTest() { QAccessible::setActive(true); }
+    ~AccessibilityTest() override { platform().setActive(false); }
+
+    /// As the platform does when a reader of the screen starts.
+    static void startReader() { platform().setActive(true); }
+    static QPlatformAccessibility& platform() {
+        return *QGuiApplicationPrivate::platformIntegration()->accessibility();
+    }
+    /// What is anywhere in the window and has such a property.
+    std::vector<QQuickItem*> having(const char* property) const {
+        std::vector<QQuickItem*> items;
+        const std::function<void(QQuickItem*)> gather = [&](QQuickItem* parent) {
+            for (QQuickItem* child : parent->childItems()) {
+                if (child->property(property).isValid()) {
+                    items.push_back(child);
+                }
+                gather(child);
+            }
+        };
+        gather(root);
+        return items;
+    }
 
     QAccessibleInterface& of(const char* name) const {
         return *QAccessible::queryAccessibleInterface(item(name));
@@ -68,6 +95,74 @@ TEST_F(AccessibilityTest, rowsAndLabelsAreReadAsTheyAreWritten) {
     EXPECT_EQ(of("b").role(), QAccessible::Heading);
     EXPECT_EQ(name("b"), QStringLiteral("Free Stream"));
     EXPECT_TRUE(of("c").state().checked);
+}
+
+TEST_F(AccessibilityTest, rolesAndStatesHoldWhenTheReaderStartsLate) {
+    show("FilterChip { objectName: \"chip\"; text: \"err\"; selected: true }\n"
+         "FilterChip { objectName: \"other\"; text: \"all\" }\n"
+         "BrandSegmentedControl { name: \"Panel\"; selection: 1\n"
+         "options: [{ value: 1, title: \"Log\" }, { value: 2, title: \"Charts\" }] }\n"
+         "ToolbarToggle { objectName: \"toggle\"; text: \"Grid\"; checked: true }\n"
+         "SidebarSwitch { objectName: \"switch\"; label: \"BCM\"; isOn: true }\n"
+         "SidebarNumberField { objectName: \"field\"; label: \"Velocity\"; value: 5; to: 9 }\n"
+         "CardRow { objectName: \"row\"; label: \"Facets\"; value: \"12\" }");
+    startReader();
+    EXPECT_EQ(of("chip").role(), QAccessible::RadioButton);
+    EXPECT_TRUE(of("chip").state().checkable);
+    EXPECT_TRUE(of("chip").state().checked);
+    EXPECT_FALSE(of("other").state().checked);
+    EXPECT_EQ(name("chip"), QStringLiteral("err"));
+    const auto tabs = having("chosen");
+    EXPECT_EQ(tabs.size(), 2U);
+    for (QQuickItem* item : tabs) {
+        QAccessibleInterface* tab = QAccessible::queryAccessibleInterface(item);
+        EXPECT_EQ(tab->role(), QAccessible::PageTab);
+        EXPECT_EQ(tab->state().selected, item->property("chosen").toBool());
+    }
+    EXPECT_EQ(of("toggle").role(), QAccessible::CheckBox);
+    EXPECT_TRUE(of("toggle").state().checked);
+    EXPECT_TRUE(of("switch").state().checked);
+    EXPECT_EQ(of("field").role(), QAccessible::EditableText);
+    EXPECT_EQ(name("field"), QStringLiteral("Velocity"));
+    EXPECT_EQ(of("row").role(), QAccessible::StaticText);
+}
+
+TEST_F(AccessibilityTest, aChipShowsWhatIsSetAndNotWhatWasAskedFor) {
+    show("property int presses: 0\n"
+         "FilterChip { objectName: \"a\"; text: \"err\"; onClicked: ++parent.presses }");
+    click("a");
+    of("a").actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+    EXPECT_EQ(root->property("presses").toInt(), 2);
+    EXPECT_FALSE(of("a").state().checked);
+    item("a")->setProperty("selected", true);
+    EXPECT_TRUE(of("a").state().checked);
+}
+
+TEST_F(AccessibilityTest, whatIsDisabledIsSaidToBe) {
+    show("BrandButton { objectName: \"a\"; text: \"Orient…\"; enabled: false }\n"
+         "Item { enabled: false\nSidebarNumberField { objectName: \"b\"; label: \"Velocity\" } }\n"
+         "SidebarSwitch { objectName: \"c\"; label: \"BCM\" }");
+    EXPECT_TRUE(of("a").state().disabled);
+    EXPECT_TRUE(of("b").state().disabled) << "by what it lies in";
+    EXPECT_FALSE(of("c").state().disabled);
+}
+
+TEST_F(AccessibilityTest, aReaderHearsWhenSomethingIsDisabled) {
+    static std::vector<QObject*> told;
+    told.clear();
+    show("SidebarSwitch { objectName: \"a\"; label: \"BCM\" }");
+    startReader();
+    ASSERT_FALSE(of("a").state().disabled);
+    QAccessible::installUpdateHandler([](QAccessibleEvent* event) {
+        if (event->type() == QAccessible::StateChanged &&
+            static_cast<QAccessibleStateChangeEvent*>(event)->changedStates().disabled) {
+            told.push_back(event->object());
+        }
+    });
+    item("a")->setEnabled(false);
+    QAccessible::installUpdateHandler(nullptr);
+    EXPECT_NE(std::find(told.begin(), told.end(), item("a")), told.end());
+    EXPECT_TRUE(of("a").state().disabled);
 }
 
 } // namespace ostrella::test

@@ -48,6 +48,34 @@ TEST_F(Spoken, TheHeadOfACard) {
         q("Collapsed"));
 }
 
+TEST_F(Spoken, ACardThatAnotherLeavesNoRoomIsCollapsed) {
+    placeModel();
+    settle();
+    for (QQuickItem* item : shownItems()) {
+        if (item->property("squeezed").isValid()) {
+            item->setProperty("squeezed", true);
+        }
+    }
+    QAccessibleInterface* head = accessible(q("Geometry"), QAccessible::Button);
+    ASSERT_TRUE(head);
+    EXPECT_EQ(head->text(QAccessible::Description), q("Collapsed"));
+    EXPECT_TRUE(head->state().disabled) << "it cannot be opened now";
+    EXPECT_FALSE(model->viewport()->card()->isCollapsed()) << "what the user chose stays";
+}
+
+TEST_F(Spoken, EachControlCanBePressedOrToggled) {
+    showAllCards();
+    for (QQuickItem* item : focusable()) {
+        QAccessibleInterface* said = QAccessible::queryAccessibleInterface(item);
+        QAccessibleActionInterface* actions = said->actionInterface();
+        ASSERT_TRUE(actions) << spoken(item);
+        const bool isField = said->role() == QAccessible::EditableText;
+        EXPECT_TRUE(isField || actions->actionNames().contains(
+                                   QAccessibleActionInterface::pressAction()))
+            << spoken(item) << ", " << item->metaObject()->className();
+    }
+}
+
 TEST_F(Spoken, TheSidebarsFields) {
     for (const char* label : {"X rotation", "Y rotation", "Z rotation", "Velocity",
              "Angle of attack", "Sideslip", "Density"}) {

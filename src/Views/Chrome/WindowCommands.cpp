@@ -70,7 +70,7 @@ WindowCommands::WindowCommands(const SharedObjects& shared, BottomPanelModel& pa
               item->refresh();
           }
       }) {
-    makeMenus();
+    makeMenus(words);
     makeToolbar(words);
     observe();
 }
@@ -198,8 +198,9 @@ void WindowCommands::addMenu(const QString& title, const QVariantList& entries, 
         {QStringLiteral("mnemonic"), mnemonic}, {QStringLiteral("items"), entries}});
 }
 
-void WindowCommands::makeMenus() {
+void WindowCommands::makeMenus(const PlatformWords& words) {
     using CommandTable::Menu;
+    const bool isMac = words.systemName == PlatformWords::mac().systemName;
     const auto own = [this](Menu menu, int letter = 0) {
         addMenu(qStringOf(CommandTable::menuTitle(menu)), entries(menu), letter);
     };
@@ -212,32 +213,52 @@ void WindowCommands::makeMenus() {
                             const char* operation) {
         return standard(text(title), shortcuts, &WindowCommands::windowRequested, text(operation));
     };
+    const auto settings = [&] {
+        return entryOf(text("Settings…"), {text("Ctrl+,")}, false, make(plain(Command::settings)));
+    };
+    const auto quit = [&](const char* title) {
+        return entryOf(text(title), {text("Ctrl+Q")}, false, add({.action = doors_.quit}));
+    };
+
+    // The Mac has a menu with the application's name, which holds what stands in File, Edit and
+    // Help elsewhere.
+    if (isMac) {
+        QVariantList application = entries(Menu::application);
+        application << separator() << settings() << separator() << quit("Quit Ostrella");
+        addMenu(qStringOf(CommandTable::menuTitle(Menu::application)), application);
+    }
 
     QVariantList file = entries(Menu::file);
-    file.append(separator());
-    file.append(entryOf(text("Export Results…"), {}, false, make(plain(Command::exportResults))));
-    file.append(separator());
-    file.append(entryOf(text("Quit"), {text("Ctrl+Q")}, false, add({.action = doors_.quit})));
+    file << separator()
+         << entryOf(text("Export Results…"), {}, false, make(plain(Command::exportResults)));
+    if (!isMac) {
+        file << separator() << quit("Quit");
+    }
     addMenu(qStringOf(CommandTable::menuTitle(Menu::file)), file);
 
-    addMenu(text("Edit"),
-        {edit("Undo", "Ctrl+Z", "undo"), edit("Redo", "Ctrl+Shift+Z", "redo"), separator(),
-            edit("Cut", "Ctrl+X", "cut"), edit("Copy", "Ctrl+C", "copy"),
-            edit("Paste", "Ctrl+V", "paste"), edit("Select All", "Ctrl+A", "selectAll"),
-            separator(),
-            entryOf(text("Settings…"), {text("Ctrl+,")}, false, make(plain(Command::settings)))});
+    QVariantList editing{edit("Undo", "Ctrl+Z", "undo"), edit("Redo", "Ctrl+Shift+Z", "redo"),
+        separator(), edit("Cut", "Ctrl+X", "cut"), edit("Copy", "Ctrl+C", "copy"),
+        edit("Paste", "Ctrl+V", "paste"), edit("Select All", "Ctrl+A", "selectAll")};
+    if (!isMac) {
+        editing << separator() << settings();
+    }
+    addMenu(text("Edit"), editing);
 
     QVariantList view = entries(Menu::view);
-    view.append(window("Full Screen", {text("F11")}, "fullScreen"));
+    view.append(isMac ? window("Enter Full Screen", {text("Meta+Ctrl+F")}, "fullScreen")
+                      : window("Full Screen", {text("F11")}, "fullScreen"));
     addMenu(qStringOf(CommandTable::menuTitle(Menu::view)), view);
     own(Menu::samples);
     own(Menu::simulation, 2); // the S is that of the samples
-    addMenu(text("Window"), {window("Minimize", {}, "minimize"), window("Zoom", {}, "zoom")});
+    addMenu(text("Window"),
+        {window("Minimize", isMac ? QStringList{text("Ctrl+M")} : QStringList{}, "minimize"),
+            window("Zoom", {}, "zoom")});
 
-    QVariantList help{
-        entryOf(text("Ostrella Help"), {text("F1")}, false, make(plain(Command::help))),
-        separator()};
-    help.append(entries(Menu::application));
+    QVariantList help{entryOf(
+        text("Ostrella Help"), {text(isMac ? "Ctrl+?" : "F1")}, false, make(plain(Command::help)))};
+    if (!isMac) {
+        help << separator() << entries(Menu::application);
+    }
     addMenu(text("Help"), help);
 }
 

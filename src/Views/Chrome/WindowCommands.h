@@ -77,7 +77,7 @@ private:
         const QString& text, const QStringList& shortcuts, bool isToggle, CommandItem* item) const;
     QVariantList entries(CommandTable::Menu menu);
     void addMenu(const QString& title, const QVariantList& entries, int letter = 0);
-    void makeMenus();
+    void makeMenus(const PlatformWords& words);
     void makeToolbar(const PlatformWords& words);
     void observe();
     CommandTable::State state() const;

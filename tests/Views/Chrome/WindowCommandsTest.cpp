@@ -46,6 +46,13 @@ protected:
     static CommandItem* itemOf(const QVariantMap& entry) {
         return qobject_cast<CommandItem*>(entry.value(QStringLiteral("item")).value<QObject*>());
     }
+    Texts titles() const {
+        Texts titles;
+        for (const QVariant& menu : commands->menus()) {
+            titles.push_back(menu.toMap().value(QStringLiteral("title")).toString().toStdString());
+        }
+        return titles;
+    }
     QVariantList menu(const std::string& title) const {
         for (const QVariant& menu : commands->menus()) {
             if (menu.toMap().value(QStringLiteral("title")).toString().toStdString() == title) {
@@ -114,11 +121,7 @@ protected:
 };
 
 TEST_F(WindowCommandsTest, MenusInThePlatformsOrder) {
-    Texts titles;
-    for (const QVariant& menu : commands->menus()) {
-        titles.push_back(menu.toMap().value(QStringLiteral("title")).toString().toStdString());
-    }
-    EXPECT_EQ(titles, (Texts{"File", "Edit", "View", "Samples", "Simulation", "Window", "Help"}));
+    EXPECT_EQ(titles(), (Texts{"File", "Edit", "View", "Samples", "Simulation", "Window", "Help"}));
 }
 
 TEST_F(WindowCommandsTest, ItemsOfTheMenus) {
@@ -138,6 +141,20 @@ TEST_F(WindowCommandsTest, ItemsOfTheMenus) {
     EXPECT_EQ(listed("Window"), (Texts{"Minimize", "Zoom"}));
     EXPECT_EQ(listed("Help"),
         (Texts{"Ostrella Help | F1", "---", "About Ostrella", "Check for Updates…"}));
+}
+
+TEST_F(WindowCommandsTest, MenusInTheOrderOfTheMac) {
+    commands = std::make_unique<WindowCommands>(shared(), panel, PlatformWords::mac(), doors(true));
+    EXPECT_EQ(titles(),
+        (Texts{"Ostrella", "File", "Edit", "View", "Samples", "Simulation", "Window", "Help"}));
+    EXPECT_EQ(listed("Ostrella"), (Texts{"About Ostrella", "Check for Updates…", "---",
+                                      "Settings… | Ctrl+,", "---", "Quit Ostrella | Ctrl+Q"}));
+    EXPECT_EQ(listed("File"), (Texts{"Open STL… | Ctrl+O", "---", "Export Results…"}));
+    EXPECT_EQ(listed("Edit"), (Texts{"Undo | Ctrl+Z", "Redo | Ctrl+Shift+Z", "---", "Cut | Ctrl+X",
+                                  "Copy | Ctrl+C", "Paste | Ctrl+V", "Select All | Ctrl+A"}));
+    EXPECT_EQ(listed("View").back(), "Enter Full Screen | Meta+Ctrl+F");
+    EXPECT_EQ(listed("Window"), (Texts{"Minimize | Ctrl+M", "Zoom"}));
+    EXPECT_EQ(listed("Help"), (Texts{"Ostrella Help | Ctrl+?"}));
 }
 
 TEST_F(WindowCommandsTest, NoKeyCombinationStandsForTwoItems) {

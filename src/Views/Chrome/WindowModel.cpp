@@ -39,7 +39,7 @@ WindowModel::WindowModel(
                             .saveImage = [this] { saveImage(); },
                             .clock = surroundings.clock,
                             .timers = surroundings.timers}),
-      statusBar_(shared, surroundings.temporaryDirectory) {
+      statusBar_(shared, surroundings.temporaryDirectory, surroundings.machine) {
     observe();
     refreshTitle();
 }

@@ -55,6 +55,7 @@ public:
         std::function<void()> quit;
         const Clock& clock = Clock::system();
         TimerService& timers = TimerService::system();
+        StatusBarModel::MachineQueries machine = StatusBarModel::MachineQueries::system();
     };
 
     WindowModel(

@@ -34,11 +34,6 @@ LayoutRect canvasOf(const ViewportLayoutState& state) {
     return canvas ? *canvas : LayoutRect{0, 0, state.size.width, state.size.height};
 }
 
-LayoutRect gizmoOf(const ViewportLayoutState& state) {
-    const LayoutRect canvas = canvasOf(state);
-    return {canvas.minX(), canvas.maxY() - gizmoHeight, gizmoWidth, gizmoHeight};
-}
-
 bool overlapHorizontally(const LayoutRect& a, const LayoutRect& b) {
     return a.minX() < b.maxX() && a.maxX() > b.minX();
 }
@@ -127,12 +122,17 @@ ViewportInsets insets(const ViewportLayoutState& state) {
     return result;
 }
 
+LayoutRect gizmoRect(const ViewportLayoutState& state) {
+    const LayoutRect canvas = canvasOf(state);
+    return {canvas.minX(), canvas.maxY() - gizmoHeight, gizmoWidth, gizmoHeight};
+}
+
 double orientCardLift(const ViewportLayoutState& state) {
     double foot = state.size.height - gap;
     if (const LayoutRect* viewControl = frame(state, ViewportOverlay::viewControl)) {
         foot = std::min(foot, viewControl->minY() - spacing);
     }
-    const LayoutRect gizmo = gizmoOf(state);
+    const LayoutRect gizmo = gizmoRect(state);
     const LayoutRect* orientCard = frame(state, ViewportOverlay::orientCard);
     if (!orientCard || overlapHorizontally(*orientCard, gizmo)) {
         foot = std::min(foot, gizmo.minY() - spacing);
@@ -157,7 +157,7 @@ double bottomReserve(const ViewportLayoutState& state) {
         reserve = height - viewControl->minY();
     }
     if (const LayoutRect* legend = frame(state, ViewportOverlay::legend)) {
-        const LayoutRect gizmo = gizmoOf(state);
+        const LayoutRect gizmo = gizmoRect(state);
         for (const LayoutRect* rect : {&gizmo, frame(state, ViewportOverlay::orientCard)}) {
             if (rect && overlapHorizontally(*rect, *legend)) {
                 reserve = std::max(reserve, height - rect->minY());

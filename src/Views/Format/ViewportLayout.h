@@ -61,6 +61,9 @@ ViewportInsets insets(const std::vector<LayoutRect>& rects, const LayoutSize& in
 /// The margins for the frames of a viewport.
 ViewportInsets insets(const ViewportLayoutState& state);
 
+/// The room of the orientation gizmo, in the lower left corner of the canvas.
+LayoutRect gizmoRect(const ViewportLayoutState& state);
+
 /// How far above the viewport's foot the orientation card stands, clear of view control and gizmo.
 double orientCardLift(const ViewportLayoutState& state);
 

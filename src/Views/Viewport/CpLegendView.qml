@@ -9,10 +9,11 @@ FloatingCard {
     id: card
 
     required property LegendModel model
+    readonly property real heightAroundBar: title.height + 8 + 2 * padding
 
     padding: Theme.cardPadding
     width: Math.ceil(Math.max(title.width, 14 + 8 + scale.widest)) + 2 * padding
-    height: title.height + 8 + bar.height + 2 * padding
+    height: heightAroundBar + bar.height
     Accessible.role: Accessible.Graphic
     Accessible.name: model.name
     Accessible.description: model.value

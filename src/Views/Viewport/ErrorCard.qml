@@ -7,11 +7,16 @@ FloatingCard {
     id: card
 
     required property CardModel model
-    // The most that it may take of the viewport's height.
-    property real mostHeight: 400
+    readonly property real line: 18 * Theme.lengthScale
+    readonly property real heightAroundMessage: title.height + 8 + 12 + button.height + 2 * padding
+    readonly property real leastHeight: heightAroundMessage + Math.min(message.height, line)
+    readonly property real fullHeight: heightAroundMessage + message.height
+    // The most that it may take of the viewport; a longer message can be scrolled.
+    property real mostWidth: Infinity
+    property real mostHeight: Infinity
 
     padding: Theme.cardPadding
-    width: 320 * Theme.lengthScale
+    width: Math.min(mostWidth, 320 * Theme.lengthScale)
     height: column.height + 2 * padding
     Accessible.role: Accessible.AlertMessage
     Accessible.name: card.model.errorTitle
@@ -28,6 +33,8 @@ FloatingCard {
             spacing: 8
 
             SectionLabel {
+                id: title
+
                 text: card.model.errorTitle
                 color: Theme.statusError
                 width: parent.width
@@ -35,7 +42,7 @@ FloatingCard {
 
             Flickable {
                 width: parent.width
-                height: Math.min(contentHeight, card.mostHeight)
+                height: Math.max(0, Math.min(contentHeight, card.mostHeight - card.heightAroundMessage))
                 contentHeight: message.height
                 clip: contentHeight > height
                 boundsBehavior: Flickable.StopAtBounds
@@ -48,7 +55,7 @@ FloatingCard {
                     font: Theme.body
                     color: Theme.textPrimary
                     wrapMode: Text.Wrap
-                    lineHeight: 18 * Theme.lengthScale
+                    lineHeight: card.line
                     lineHeightMode: Text.FixedHeight
                     textFormat: Text.PlainText
                     Accessible.role: Accessible.StaticText
@@ -58,6 +65,8 @@ FloatingCard {
         }
 
         BrandButton {
+            id: button
+
             text: card.model.showInLog
             help: card.model.showInLogHelp
             onClicked: card.model.openLog()

@@ -33,8 +33,7 @@ FloatingCard {
         hoverEnabled: true
         focusPolicy: Qt.StrongFocus
         Accessible.name: card.model.title
-        Accessible.description: card.model.collapseValue(card.collapsed)
-        Accessible.onPressAction: clicked()
+        Accessible.description: card.model.collapseValue
         onClicked: card.model.collapsed = !card.model.collapsed
 
         SectionLabel {

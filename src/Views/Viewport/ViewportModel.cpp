@@ -8,13 +8,16 @@
 #include "Solver/Run/STLImporter.h"
 #include "Solver/Run/SimulationController.h"
 #include "Views/Format/SidebarFormat.h"
+#include "Views/Format/ViewportPlacement.h"
 #include "Views/Format/ViewportText.h"
 #include "Views/QStringOf.h"
+#include "Views/Viewport/OverlayPlacing.h"
 #include "Views/Viewport/ViewportItem.h"
 
 #include <QPointer>
 #include <QUuid>
 
+#include <algorithm>
 #include <any>
 #include <chrono>
 #include <utility>
@@ -185,8 +188,23 @@ void ViewportModel::refreshLayout() {
     if (insets != shared_.renderSettings.viewportInsets()) {
         shared_.renderSettings.setViewportInsets(insets);
     }
-    legend_.setBarHeight(ViewportLayout::legendBarHeight(layout_));
-    Q_EMIT layoutChanged();
+    const double bar = ViewportLayout::legendBarHeight(layout_);
+    legend_.setBarHeight(std::min(bar, mostBarHeight_.value_or(bar)));
+}
+
+QVariantMap ViewportModel::place(const QVariantMap& wishes) const {
+    return placeOverlays(wishes);
+}
+
+double ViewportModel::mostCardWidth(double viewWidth, double legendWidth) const {
+    return ViewportLayout::mostCardWidth(viewWidth, legendWidth);
+}
+
+void ViewportModel::reportBarHeight(double most) {
+    if (mostBarHeight_ != most) {
+        mostBarHeight_ = most;
+        layoutUpdate_.schedule();
+    }
 }
 
 void ViewportModel::requestView(int view) {

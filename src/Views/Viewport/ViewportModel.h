@@ -23,6 +23,7 @@
 #include <QtQml/qqmlregistration.h>
 
 #include <functional>
+#include <optional>
 #include <vector>
 
 namespace ostrella {
@@ -63,10 +64,6 @@ class ViewportModel final : public QObject {
     Q_PROPERTY(bool hasStreamlines READ hasStreamlines NOTIFY changed)
     Q_PROPERTY(bool animates READ animates NOTIFY changed)
 
-    /// Layout, in points.
-    Q_PROPERTY(double orientCardLift READ orientCardLift NOTIFY layoutChanged)
-    Q_PROPERTY(double noticeLift READ noticeLift NOTIFY layoutChanged)
-
 public:
     /// What reports its frame.
     enum Overlay { Card, Legend, ViewControl, OrientCard, Canvas };
@@ -102,8 +99,6 @@ public:
     bool orients() const;
     bool hasStreamlines() const;
     bool animates() const;
-    double orientCardLift() const { return ViewportLayout::orientCardLift(layout_); }
-    double noticeLift() const { return ViewportLayout::noticeLift(layout_); }
 
     /// Shows the scene in a ViewportItem.
     Q_INVOKABLE void attach(QObject* item);
@@ -111,6 +106,12 @@ public:
     /// that is not there.
     Q_INVOKABLE void reportSize(const QSizeF& size);
     Q_INVOKABLE void reportFrame(ostrella::ViewportModel::Overlay overlay, const QRectF& frame);
+
+    /// Where the cards stand, as `placeOverlays` tells, and how wide the one at the top may be.
+    Q_INVOKABLE QVariantMap place(const QVariantMap& wishes) const;
+    Q_INVOKABLE double mostCardWidth(double viewWidth, double legendWidth) const;
+    /// The most that the cards leave to the legend's bar.
+    Q_INVOKABLE void reportBarHeight(double most);
 
     Q_INVOKABLE void requestView(int view);
     Q_INVOKABLE void fit();
@@ -126,7 +127,6 @@ Q_SIGNALS:
     /// At most once per turn of the event loop.
     void changed();
     void noticeChanged();
-    void layoutChanged();
 
 private:
     void observe();
@@ -143,6 +143,7 @@ private:
     ViewportNotice notice_;
     Timer noticeTimer_;
     ViewportLayoutState layout_;
+    std::optional<double> mostBarHeight_;
     QueuedUpdate update_;
     QueuedUpdate layoutUpdate_;
     std::vector<NotificationCenter::Token> observers_;

@@ -7,18 +7,35 @@ Item {
     id: view
 
     required property ViewportModel model
-    readonly property real edge: Theme.edge
+    readonly property var places: model.place({
+            size: Qt.size(width, height),
+            lengthScale: Theme.lengthScale,
+            card: infoSlot.shown ? wish(info) : errorSlot.shown ? wish(error) : null,
+            legend: legendSlot.shown ? {
+                width: legend.width,
+                heightAroundBar: legend.heightAroundBar
+            } : null,
+            viewControl: sizeOf(controlSlot),
+            orientCard: sizeOf(orientSlot),
+            notice: sizeOf(noticeSlot),
+            loading: sizeOf(loadingSlot),
+            welcome: sizeOf(welcomeSlot)
+        })
+    readonly property real mostCardWidth: model.mostCardWidth(width, legendSlot.shown ? legend.width : 0)
 
-    // How high a card can be before it comes to those of the others that stand below it.
-    function roomBelow(card, others) {
-        let foot = height - edge;
-        for (const other of others) {
-            if (other.shown && other.x < card.x + card.width && other.x + other.width > card.x)
-                foot = Math.min(foot, other.y - 8);
-        }
-        return foot - card.y;
+    function wish(card) {
+        return {
+            width: card.width,
+            leastHeight: card.leastHeight,
+            height: card.fullHeight
+        };
     }
 
+    function sizeOf(slot) {
+        return slot.shown ? Qt.size(slot.card.width, slot.card.height) : null;
+    }
+
+    onPlacesChanged: model.reportBarHeight(places.barHeight)
     clip: true
     onWidthChanged: model.reportSize(Qt.size(width, height))
     onHeightChanged: model.reportSize(Qt.size(width, height))
@@ -49,56 +66,45 @@ Item {
         target: scene
     }
 
-    Fading {
+    OverlaySlot {
+        id: welcomeSlot
+
         // Two texts in the same place are none.
         shown: view.model.showsWelcome && !view.model.drop.isTargeted
-        width: welcome.width
-        height: welcome.height
-        anchors.centerIn: parent
-
-        WelcomeCard {
-            id: welcome
-
-            // 24 to each edge.
-            scale: Math.min(1, (view.width - 48) / width, (view.height - 48) / height)
+        place: view.places.welcome
+        card: WelcomeCard {
             model: view.model.welcome
         }
     }
 
-    Fading {
+    OverlaySlot {
         id: infoSlot
 
         readonly property string kind: view.model.card.kind
 
-        x: view.edge
-        y: view.edge
         shown: kind === "geometry" || kind === "solver" || kind === "result"
-        width: info.width
-        height: info.height
-
-        InfoCard {
+        place: shown ? view.places.card : null
+        card: InfoCard {
             id: info
 
             model: view.model.card
-            squeezed: orientSlot.shown && view.edge + width > orientSlot.x && view.edge + fullHeight + 8 > orientSlot.y
-            mostHeight: view.roomBelow(infoSlot, [controlSlot, orientSlot, noticeSlot, loadingSlot])
+            mostWidth: view.mostCardWidth
+            mostHeight: view.places.mostCardHeight
+            squeezed: view.places.cardIsSqueezed
         }
     }
 
-    Fading {
+    OverlaySlot {
         id: errorSlot
 
-        x: view.edge
-        y: view.edge
         shown: view.model.card.kind === "error"
-        width: error.width
-        height: error.height
-
-        ErrorCard {
+        place: shown ? view.places.card : null
+        card: ErrorCard {
             id: error
 
             model: view.model.card
-            mostHeight: Math.max(54, view.height - 200)
+            mostWidth: view.mostCardWidth
+            mostHeight: view.places.mostCardHeight
         }
     }
 
@@ -109,16 +115,12 @@ Item {
         shown: errorSlot.shown || infoSlot.shown
     }
 
-    Fading {
+    OverlaySlot {
         id: legendSlot
 
-        x: view.width - width - view.edge
-        y: view.edge
         shown: view.model.legend.isShown
-        width: legend.width
-        height: legend.height
-
-        CpLegendView {
+        place: view.places.legend
+        card: CpLegendView {
             id: legend
 
             model: view.model.legend
@@ -132,18 +134,12 @@ Item {
         shown: legendSlot.shown
     }
 
-    Fading {
+    OverlaySlot {
         id: controlSlot
 
-        x: view.width - width - view.edge
-        y: view.height - height - view.edge
         shown: view.model.showsViewControl
-        width: control.width
-        height: control.height
-
-        ViewControl {
-            id: control
-
+        place: view.places.viewControl
+        card: ViewControl {
             model: view.model
         }
     }
@@ -155,20 +151,12 @@ Item {
         shown: controlSlot.shown
     }
 
-    Fading {
+    OverlaySlot {
         id: orientSlot
 
-        x: Math.max(view.edge, Math.round((view.width - width) / 2))
-        y: view.height - height - view.model.orientCardLift
         shown: view.model.showsOrientCard
-        width: orient.width * orient.scale
-        height: orient.height * orient.scale
-
-        OrientCard {
-            id: orient
-
-            transformOrigin: Item.TopLeft
-            scale: Math.min(1, (view.width - 2 * view.edge) / width)
+        place: view.places.orientCard
+        card: OrientCard {
             model: view.model.orientCard
         }
     }
@@ -180,13 +168,16 @@ Item {
         shown: orientSlot.shown
     }
 
-    Fading {
+    OverlaySlot {
         id: loadingSlot
 
         shown: view.model.loadingText !== ""
-        width: loading.width
-        height: loading.height
-        anchors.centerIn: parent
+        place: view.places.loading
+        card: LoadingCard {
+            id: loading
+
+            mostWidth: Math.min(480, view.width - 48)
+        }
 
         // What it says stays while it goes.
         Connections {
@@ -197,24 +188,21 @@ Item {
                     loading.text = view.model.loadingText;
             }
         }
-
-        LoadingCard {
-            id: loading
-
-            mostWidth: Math.min(480, view.width - 48)
-        }
     }
 
-    Fading {
+    OverlaySlot {
         id: noticeSlot
 
         shown: view.model.notice !== ""
         duration: 200
         goingDuration: 400
-        width: notice.width
-        height: notice.height
-        x: Math.round((view.width - width) / 2)
-        y: view.height - height - view.edge - view.model.noticeLift
+        place: view.places.notice
+        card: NoticeCard {
+            id: notice
+
+            symbol: view.model.noticeSymbol
+            mostWidth: Math.min(560, view.width - 32)
+        }
 
         Connections {
             target: view.model
@@ -223,13 +211,6 @@ Item {
                 if (view.model.notice !== "")
                     notice.text = view.model.notice;
             }
-        }
-
-        NoticeCard {
-            id: notice
-
-            symbol: view.model.noticeSymbol
-            mostWidth: Math.min(560, view.width - 32)
         }
     }
 

@@ -74,26 +74,6 @@ TEST_F(ViewportModelTest, AnOverlayThatGoesFreesItsRoom) {
     EXPECT_EQ(insets(), ViewportInsets());
 }
 
-TEST_F(ViewportModelTest, LiftsFollowTheFrames) {
-    model.reportSize({1000, 800});
-    turn();
-    EXPECT_EQ(model.noticeLift(), 0);
-    model.reportFrame(Model::ViewControl, {600, 744, 384, 40});
-    turn();
-    // 800 - 744 - 16 + 8.
-    EXPECT_EQ(model.noticeLift(), 48);
-    model.reportFrame(Model::OrientCard, {204, 500, 592, 200});
-    turn();
-    // Beside the gizmo, 8 over the view control: 800 - (744 - 8).
-    EXPECT_EQ(model.orientCardLift(), 64);
-    EXPECT_EQ(model.noticeLift(), 292);
-    EXPECT_EQ(insets().bottom, 316);
-    model.reportFrame(Model::OrientCard, {100, 500, 592, 200});
-    turn();
-    // Over the gizmo of 76, 8 above it.
-    EXPECT_EQ(model.orientCardLift(), 84);
-}
-
 TEST_F(ViewportModelTest, TheLegendsBarFollowsTheRoom) {
     EXPECT_EQ(model.legend()->barHeight(), 220);
     model.reportSize({1000, 360});
@@ -108,6 +88,31 @@ TEST_F(ViewportModelTest, TheLegendsBarFollowsTheRoom) {
     model.reportSize({1000, 100});
     turn();
     EXPECT_EQ(model.legend()->barHeight(), 72);
+}
+
+TEST_F(ViewportModelTest, TheLegendsBarIsNoHigherThanTheOtherCardsLeave) {
+    model.reportSize({1000, 360});
+    model.reportBarHeight(150);
+    turn();
+    EXPECT_EQ(model.legend()->barHeight(), 150);
+}
+
+TEST_F(ViewportModelTest, TellsTheViewWhereTheCardsStand) {
+    const QVariantMap places = model.place({{QStringLiteral("size"), QSizeF(1000, 800)},
+        {QStringLiteral("lengthScale"), 1.0},
+        {QStringLiteral("card"),
+            QVariantMap{{QStringLiteral("width"), 320}, {QStringLiteral("leastHeight"), 36},
+                {QStringLiteral("height"), 164}}},
+        {QStringLiteral("viewControl"), QSizeF(384, 40)}, {QStringLiteral("notice"), QVariant()}});
+    EXPECT_EQ(places[QStringLiteral("card")].toMap()[QStringLiteral("frame")].toRectF(),
+        QRectF(16, 16, 320, 164));
+    EXPECT_EQ(places[QStringLiteral("viewControl")].toMap()[QStringLiteral("frame")].toRectF(),
+        QRectF(600, 744, 384, 40));
+    EXPECT_EQ(places[QStringLiteral("viewControl")].toMap()[QStringLiteral("scale")].toDouble(), 1);
+    EXPECT_EQ(places[QStringLiteral("mostCardHeight")].toDouble(), 800 - 76 - 8 - 16);
+    EXPECT_FALSE(places[QStringLiteral("cardIsSqueezed")].toBool());
+    EXPECT_FALSE(places.contains(QStringLiteral("notice")));
+    EXPECT_EQ(model.mostCardWidth(1000, 84), 1000 - 32 - 84 - 8);
 }
 
 TEST_F(ViewportModelTest, ADropIsLoadedAndTheRestTold) {

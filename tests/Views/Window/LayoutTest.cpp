@@ -127,6 +127,14 @@ TEST_F(Layout, AllCardsWithLargeTexts) {
     expectWhole(allCards);
 }
 
+TEST_F(Layout, AllCardsWithLargeTextsOnASmallScreen) {
+    enlargeTexts();
+    window->setMinimumSize({1200, 800});
+    resize(1200, 800);
+    showAllCards();
+    expectCards(allCards);
+}
+
 TEST_F(Layout, AllCardsWhileTheLogIsAway) {
     model->panel()->setVisible(false);
     showAllCards();

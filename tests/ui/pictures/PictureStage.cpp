@@ -101,7 +101,10 @@ PictureStage::PictureStage()
             .temporaryDirectory = directory_.path(),
             .openAddress = [](const std::string&) {},
             .quit = [] {},
-            .clock = clock_},
+            .clock = clock_,
+            // The pictures are alike wherever they are made.
+            .machine = {[](const fs::path&) { return std::int64_t{412'600'000'000}; },
+                [] { return std::string("8-core processor"); }}},
         appearance_);
     ViewportItem& scene = window_->viewport();
     scene.setModel(app.parameters, app.renderSettings, [this] { return mediaTime_; });

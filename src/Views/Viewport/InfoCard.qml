@@ -33,7 +33,8 @@ FloatingCard {
         hoverEnabled: true
         focusPolicy: Qt.StrongFocus
         Accessible.name: card.model.title
-        Accessible.description: card.model.collapseValue
+        Accessible.description: card.model.collapseValue(card.collapsed)
+        Accessible.onPressAction: clicked()
         onClicked: card.model.collapsed = !card.model.collapsed
 
         SectionLabel {

@@ -182,7 +182,8 @@ TEST_F(Looks, ACollapsedCardIsItsHeadWithItsFigures) {
     EXPECT_EQ(card->height(), theme().cardHeadHeight());
     QQuickItem* summary = text(card, q("CL 0.4321 · CD 0.0123"));
     EXPECT_EQ(color(summary), theme().textSecondary());
-    EXPECT_EQ(within(card, "ostrella::Symbol").at(0)->property("name").toString(), q("chevron.down"));
+    EXPECT_EQ(
+        within(card, "ostrella::Symbol").at(0)->property("name").toString(), q("chevron.down"));
     app.parameters.setLastRunResult(std::nullopt);
     settle();
     EXPECT_TRUE(text(card, q("File wing.stl"))) << "all cards collapse as one";

@@ -70,10 +70,38 @@ TEST_F(Spoken, EachControlCanBePressedOrToggled) {
         QAccessibleActionInterface* actions = said->actionInterface();
         ASSERT_TRUE(actions) << spoken(item);
         const bool isField = said->role() == QAccessible::EditableText;
-        EXPECT_TRUE(isField || actions->actionNames().contains(
-                                   QAccessibleActionInterface::pressAction()))
+        EXPECT_TRUE(
+            isField || actions->actionNames().contains(QAccessibleActionInterface::pressAction()))
             << spoken(item) << ", " << item->metaObject()->className();
     }
+}
+
+TEST_F(Spoken, PressesDoWhatClicksDo) {
+    placeModel();
+    settle();
+    const auto press = [this](const char* name) {
+        QAccessibleInterface* found = accessible(q(name), QAccessible::Button);
+        for (const auto role : {QAccessible::CheckBox, QAccessible::RadioButton}) {
+            found = found ? found : accessible(q(name), role);
+        }
+        ASSERT_TRUE(found) << name;
+        found->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+        settle();
+    };
+    press("Geometry");
+    EXPECT_TRUE(model->viewport()->card()->isCollapsed());
+    press("Orient model");
+    EXPECT_TRUE(app.renderSettings.orientMode());
+    press("Turn +90° about X");
+    EXPECT_EQ(app.parameters.rotationX(), 90);
+    press("Wireframe");
+    EXPECT_TRUE(app.renderSettings.wireframe());
+    press("Transition (BCM)");
+    EXPECT_TRUE(app.parameters.saTransition());
+    press("err");
+    EXPECT_EQ(model->panel()->filter(), LogFilter::err);
+    press("Hide log panel");
+    EXPECT_FALSE(model->panel()->isVisible());
 }
 
 TEST_F(Spoken, TheSidebarsFields) {

@@ -59,6 +59,9 @@ TEST_F(TabOrder, OfTheWindowWithAModel) {
         "Fit to view", "Orient model", "Save image"};
     const Names expected = joined({sidebar, toolbar, cards, panel});
     EXPECT_THAT(walk("Load STL…"), ElementsAreArray(expected));
+    Names back{expected.front()};
+    back.insert(back.end(), expected.rbegin(), expected.rend() - 1);
+    EXPECT_THAT(walk("Load STL…", Qt::ShiftModifier), ElementsAreArray(back)) << "and backwards";
 }
 
 } // namespace

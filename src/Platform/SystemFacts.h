@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -20,6 +21,12 @@ LogStore::BootFacts bootFacts(const std::optional<std::string>& graphics = {});
 
 /// "OpenGL", "Vulkan" …, or the words for no device. May load a driver: some tens of milliseconds.
 std::string graphicsLabel();
+
+/// The label of a Mac's graphics interface: "Metal 2", "Metal 3", "Metal 4", or the words for no
+/// device where `supportsFamily` is empty. That tells whether the device supports a GPU family, by
+/// the number of MTLGPUFamily; a family is asked about only where the system, of this major
+/// version, knows it.
+std::string metalLabel(int systemMajor, const std::function<bool(int)>& supportsFamily);
 
 /// The processor's brand string, without blanks around it; nothing where the system has none.
 std::optional<std::string> chipName();

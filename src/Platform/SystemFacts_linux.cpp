@@ -5,7 +5,6 @@
 #include <dlfcn.h>
 #include <sys/utsname.h>
 
-#include <algorithm>
 #include <cstdint>
 #include <cstdio>
 #include <fstream>
@@ -70,27 +69,6 @@ std::optional<std::string> chipName() {
     std::ostringstream text;
     text << file.rdbuf();
     return chipNameIn(text.str());
-}
-
-std::optional<std::string> chipNameIn(std::string_view cpuInfo) {
-    constexpr std::string_view key = "model name";
-    constexpr std::string_view blanks = " \t";
-    while (!cpuInfo.empty()) {
-        const std::string_view line = cpuInfo.substr(0, cpuInfo.find('\n'));
-        cpuInfo.remove_prefix(std::min(line.size() + 1, cpuInfo.size()));
-        const auto colon = line.find(':');
-        if (!line.starts_with(key) || colon == std::string_view::npos ||
-            line.substr(key.size(), colon - key.size()).find_first_not_of(blanks) !=
-                std::string_view::npos) {
-            continue;
-        }
-        const auto begin = line.find_first_not_of(blanks, colon + 1);
-        if (begin == std::string_view::npos) {
-            return std::nullopt;
-        }
-        return std::string(line.substr(begin, line.find_last_not_of(blanks) + 1 - begin));
-    }
-    return std::nullopt;
 }
 
 std::optional<std::int64_t> availableCapacity(const std::filesystem::path& path) {

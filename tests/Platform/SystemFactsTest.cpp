@@ -2,7 +2,9 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
 #include <cstdio>
+#include <vector>
 
 #include <sys/utsname.h>
 
@@ -30,6 +32,27 @@ TEST(SystemFacts, AKnownGraphicsInterfaceIsTakenOver) {
     const LogStore::BootFacts facts = SystemFacts::bootFacts("Vulkan");
     EXPECT_EQ(facts.graphicsLabel, "Vulkan");
     EXPECT_EQ(facts.systemMajor, SystemFacts::bootFacts().systemMajor);
+}
+
+TEST(SystemFacts, AMacsLabelFollowsTheFamiliesOfItsDevice) {
+    const auto supports = [](std::vector<int> families) {
+        return [families](int family) {
+            return std::find(families.begin(), families.end(), family) != families.end();
+        };
+    };
+    EXPECT_EQ(SystemFacts::metalLabel(26, {}), "no Metal device");
+    EXPECT_EQ(SystemFacts::metalLabel(26, supports({5001, 5002})), "Metal 4");
+    EXPECT_EQ(SystemFacts::metalLabel(26, supports({5001})), "Metal 3");
+    EXPECT_EQ(SystemFacts::metalLabel(26, supports({})), "Metal 2");
+    EXPECT_EQ(SystemFacts::metalLabel(14, supports({})), "Metal 2");
+    bool askedForTheFourth = false;
+    EXPECT_EQ(SystemFacts::metalLabel(25,
+                  [&](int family) {
+                      askedForTheFourth |= family == 5002;
+                      return true;
+                  }),
+        "Metal 3");
+    EXPECT_FALSE(askedForTheFourth) << "a system before 26 does not know it";
 }
 
 TEST(SystemFacts, TheProcessorsNameIsThatOfTheFirstOne) {

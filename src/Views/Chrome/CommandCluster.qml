@@ -7,6 +7,7 @@ ToolbarCluster {
     id: cluster
 
     required property var entries
+    property int look: ToolbarButton.Labels
 
     Repeater {
         model: cluster.entries
@@ -25,6 +26,7 @@ ToolbarCluster {
                     text: slot.modelData.text
                     symbol: slot.modelData.symbol
                     help: slot.modelData.item.help
+                    look: cluster.look
                     enabled: slot.modelData.item.enabled
                     Accessible.name: slot.modelData.item.label !== "" ? slot.modelData.item.label : text
                     onClicked: slot.modelData.item.trigger()
@@ -38,6 +40,7 @@ ToolbarCluster {
                     text: slot.modelData.text
                     symbol: slot.modelData.symbol
                     help: slot.modelData.item.help
+                    look: cluster.look
                     enabled: slot.modelData.item.enabled
                     checked: slot.modelData.item.checked
                     onToggled: {

@@ -2,18 +2,29 @@ import QtQuick
 import Ostrella.Chrome
 import Ostrella.Controls
 
-// The row of clusters above the viewport; the last one stands at the right end.
+// The row of clusters above the viewport; the last one stands at the right end. Where the room is
+// short, the labels go, and then the items draw together; their help tells what they are.
 Item {
     id: toolbar
 
     required property WindowCommands commands
+    readonly property var looks: [ToolbarButton.Labels, ToolbarButton.Symbols, ToolbarButton.Tight]
+    readonly property int look: looks[commands.firstFitting(looks.map(widthOf), width)]
+
+    // The width that all clusters take in a look.
+    function widthOf(look) {
+        let width = 2 * Theme.edge + right.widthOf(look);
+        for (let i = 0; i < row.children.length; ++i)
+            width += row.children[i].entries ? row.children[i].widthOf(look) + Theme.clusterSpacing : 0;
+        return width;
+    }
 
     implicitHeight: Theme.toolbarHeight
-    implicitWidth: row.implicitWidth + right.implicitWidth + 44
+    implicitWidth: widthOf(ToolbarButton.Labels)
     Accessible.role: Accessible.ToolBar
     Accessible.name: "Toolbar"
 
-    // Where larger texts leave too little room, the first clusters are to be drawn along.
+    // Where even that leaves too little room, the first clusters are to be drawn along.
     Flickable {
         id: first
 
@@ -65,6 +76,7 @@ Item {
                     required property var modelData
 
                     entries: modelData
+                    look: toolbar.look
                 }
             }
         }
@@ -74,6 +86,7 @@ Item {
         id: right
 
         entries: toolbar.commands.toolbar[toolbar.commands.toolbar.length - 1]
+        look: toolbar.look
         anchors {
             right: parent.right
             rightMargin: Theme.edge

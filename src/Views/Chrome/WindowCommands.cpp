@@ -9,6 +9,7 @@
 
 #include <QUuid>
 
+#include <algorithm>
 #include <any>
 #include <string>
 #include <utility>
@@ -273,6 +274,13 @@ void WindowCommands::makeToolbar(const PlatformWords& words) {
         }
         toolbar_.append(QVariant(entries));
     }
+}
+
+int WindowCommands::firstFitting(const QList<qreal>& widths, qreal room) {
+    const auto fitting =
+        std::find_if(widths.begin(), widths.end(), [room](qreal width) { return width <= room; });
+    return static_cast<int>(
+        std::min<qsizetype>(fitting - widths.begin(), std::max<qsizetype>(widths.size() - 1, 0)));
 }
 
 void WindowCommands::observe() {

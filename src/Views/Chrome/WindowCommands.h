@@ -5,6 +5,7 @@
 #include "Views/Format/QueuedUpdate.h"
 #include "Views/SharedObjects.h"
 
+#include <QList>
 #include <QObject>
 #include <QVariantList>
 #include <QVariantMap>
@@ -53,6 +54,9 @@ public:
 
     QVariantList menus() const { return menus_; }
     QVariantList toolbar() const { return toolbar_; }
+
+    /// The first of some looks, the widest first, that has the room; the last where none has.
+    Q_INVOKABLE static int firstFitting(const QList<qreal>& widths, qreal room);
 
     /// Asks all rules again at the end of this turn of the event loop.
     void scheduleRefresh() { update_.schedule(); }

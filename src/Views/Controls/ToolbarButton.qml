@@ -6,10 +6,18 @@ import Ostrella.Controls
 T.Button {
     id: control
 
+    enum Look {
+        Labels,
+        Symbols,
+        Tight
+    }
+
     property string symbol: ""
     property string help: ""
     // Whether being checked is shown in the accent: not for what is no layer of the scene.
     property bool marksChecked: true
+    // Where there is little room, the symbol stands alone, and then in a narrower item.
+    property int look: ToolbarButton.Labels
     readonly property bool on: checkable && checked && marksChecked
 
     hoverEnabled: true
@@ -17,13 +25,20 @@ T.Button {
     leftPadding: 8
     rightPadding: 8
     implicitHeight: Theme.itemHeight
-    implicitWidth: Math.max(52 * Theme.lengthScale, Math.round(implicitContentWidth) + leftPadding + rightPadding)
+    implicitWidth: widthOf(look)
     Accessible.name: text
     Accessible.description: help
     Accessible.onPressAction: press()
     Accessible.checkable: checkable
     Accessible.checked: checked
     Accessible.onToggleAction: press()
+
+    // Its width in a look, whichever it has now.
+    function widthOf(look) {
+        if (look === ToolbarButton.Labels)
+            return Math.max(52 * Theme.lengthScale, Math.round(implicitContentWidth) + leftPadding + rightPadding);
+        return look === ToolbarButton.Symbols ? Theme.itemHeight : Theme.length(28);
+    }
 
     // As a click does, for who has no pointer.
     function press() {
@@ -40,7 +55,7 @@ T.Button {
 
         Symbol {
             anchors.horizontalCenter: parent.horizontalCenter
-            y: Math.round((parent.height - size - label.height) / 2)
+            y: Math.round((parent.height - size - (label.visible ? label.height : 0)) / 2)
             name: control.symbol
             size: 18 * Theme.lengthScale
             color: !control.enabled ? Theme.textDisabled
@@ -49,6 +64,7 @@ T.Button {
         }
         Text {
             id: label
+            visible: control.look === ToolbarButton.Labels
             anchors.horizontalCenter: parent.horizontalCenter
             y: Math.round((parent.height + 18 * Theme.lengthScale - height) / 2) + 2
             text: control.text

@@ -9,6 +9,17 @@ Rectangle {
     default property alias items: row.data
     property string name: ""
 
+    // Its width with all items in a look, whichever they have now.
+    function widthOf(look) {
+        let width = 4 - row.spacing;
+        for (let i = 0; i < row.children.length; ++i) {
+            const item = row.children[i].item ?? row.children[i];
+            if (typeof item.widthOf === "function")
+                width += row.spacing + item.widthOf(look);
+        }
+        return width;
+    }
+
     implicitWidth: row.implicitWidth + 4
     implicitHeight: Theme.clusterHeight
     radius: Theme.clusterRadius

@@ -22,4 +22,17 @@ std::string rightText(const HeaderInput& input) {
     return ConvergenceHeader::text(input.phase, iterations);
 }
 
+std::vector<std::string> rightForms(const HeaderInput& input) {
+    constexpr std::string_view dot = " · ";
+    std::vector<std::string> forms{rightText(input)};
+    for (auto end = forms.back().rfind(dot); end != std::string::npos;
+         end = forms.back().rfind(dot)) {
+        forms.push_back(forms.back().substr(0, end));
+    }
+    if (!forms.back().empty()) {
+        forms.emplace_back();
+    }
+    return forms;
+}
+
 } // namespace ostrella::PanelText

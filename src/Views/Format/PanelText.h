@@ -7,6 +7,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace ostrella {
 
@@ -32,6 +33,9 @@ struct HeaderInput {
 };
 
 std::string rightText(const HeaderInput& input);
+
+/// The same, and then with one part less each: what matters least goes first.
+std::vector<std::string> rightForms(const HeaderInput& input);
 
 /// In place of the charts until there is data.
 inline constexpr std::string_view emptyText =

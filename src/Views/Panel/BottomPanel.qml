@@ -65,12 +65,12 @@ Rectangle {
             }
             horizontalAlignment: Text.AlignRight
             elide: Text.ElideRight
-            text: panel.model.rightText
+            text: panel.model.rightForms
             font: Theme.monoSmall
             color: Theme.textTertiary
             textFormat: Text.PlainText
             Accessible.role: Accessible.StaticText
-            Accessible.name: text
+            Accessible.name: panel.model.rightText
         }
 
         Hairline {

@@ -4,6 +4,7 @@
 #include "Solver/Run/SimulationController.h"
 #include "Views/QStringOf.h"
 
+#include <QStringList>
 #include <QVariantMap>
 
 #include <string_view>
@@ -127,17 +128,29 @@ void BottomPanelModel::chooseFilter(int filter) {
     }
 }
 
-std::string BottomPanelModel::rightText(std::int64_t lineCount) const {
-    return PanelText::rightText({.tab = tab_,
+PanelText::HeaderInput BottomPanelModel::header(std::int64_t lineCount) const {
+    return {.tab = tab_,
         .lineCount = lineCount,
         .isFollowingLog = isFollowingLog_,
         .phase = simulation_.phase(),
         .summary = simulation_.summary(),
-        .latestIteration = history_.latestIteration()});
+        .latestIteration = history_.latestIteration()};
+}
+
+std::string BottomPanelModel::rightText(std::int64_t lineCount) const {
+    return PanelText::rightText(header(lineCount));
 }
 
 QString BottomPanelModel::rightText() const {
     return QString::fromStdString(rightText(lines_.count()));
+}
+
+QString BottomPanelModel::rightForms() const {
+    QStringList forms;
+    for (const std::string& form : PanelText::rightForms(header(lines_.count()))) {
+        forms.push_back(QString::fromStdString(form));
+    }
+    return forms.join(QChar(0x9C));
 }
 
 QVariantList BottomPanelModel::tabs() const {

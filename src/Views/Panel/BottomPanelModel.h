@@ -31,6 +31,9 @@ class BottomPanelModel final : public QObject {
     Q_PROPERTY(
         bool isFollowingLog READ isFollowingLog WRITE setFollowingLog NOTIFY isFollowingLogChanged)
     Q_PROPERTY(QString rightText READ rightText NOTIFY rightTextChanged)
+    /// rightText and its shorter forms, in the toolkit's way of giving several: with U+009C
+    /// between.
+    Q_PROPERTY(QString rightForms READ rightForms NOTIFY rightTextChanged)
     Q_PROPERTY(bool hasData READ hasData NOTIFY hasDataChanged)
     Q_PROPERTY(QVariantList tabs READ tabs CONSTANT)
     Q_PROPERTY(QVariantList filters READ filters CONSTANT)
@@ -73,6 +76,7 @@ public:
     /// What the header says on the right of `lineCount` lines, or of the run.
     std::string rightText(std::int64_t lineCount) const;
     QString rightText() const;
+    QString rightForms() const;
 
     /// Each a map of "value", "title" and, for filters, "help".
     QVariantList tabs() const;
@@ -97,6 +101,7 @@ Q_SIGNALS:
 private:
     int tabIndex() const { return static_cast<int>(tab_); }
     int filterIndex() const { return static_cast<int>(filter()); }
+    PanelText::HeaderInput header(std::int64_t lineCount) const;
     void watchRun();
     void watchData();
 

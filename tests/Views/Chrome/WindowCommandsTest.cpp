@@ -120,6 +120,16 @@ protected:
         shared(), panel, PlatformWords::freedesktop(), doors(true));
 };
 
+TEST_F(WindowCommandsTest, theWidestLookThatHasTheRoomIsTaken) {
+    const QList<qreal> widths{780, 720, 560};
+    EXPECT_EQ(WindowCommands::firstFitting(widths, 1000), 0);
+    EXPECT_EQ(WindowCommands::firstFitting(widths, 780), 0);
+    EXPECT_EQ(WindowCommands::firstFitting(widths, 779.5), 1);
+    EXPECT_EQ(WindowCommands::firstFitting(widths, 600), 2);
+    EXPECT_EQ(WindowCommands::firstFitting(widths, 100), 2) << "the narrowest where none has";
+    EXPECT_EQ(WindowCommands::firstFitting({}, 100), 0);
+}
+
 TEST_F(WindowCommandsTest, MenusInThePlatformsOrder) {
     EXPECT_EQ(titles(), (Texts{"File", "Edit", "View", "Samples", "Simulation", "Window", "Help"}));
 }

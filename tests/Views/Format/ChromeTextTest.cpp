@@ -41,6 +41,21 @@ TEST(ConvergenceHeader, IsEmptyWithoutIterations) {
     }
 }
 
+TEST(PanelText, WhatMattersLeastGoesFirst) {
+    using Forms = std::vector<std::string>;
+    PanelText::HeaderInput input;
+    input.lineCount = 1234;
+    EXPECT_EQ(PanelText::rightForms(input),
+        (Forms{"1\u00A0234 lines · auto-scroll", "1\u00A0234 lines", ""}));
+    input.isFollowingLog = false;
+    EXPECT_EQ(PanelText::rightForms(input), (Forms{"1\u00A0234 lines", ""}));
+    input.tab = PanelText::Tab::convergence;
+    EXPECT_EQ(PanelText::rightForms(input), Forms{""});
+    input.phase = RunPhase::finished(false);
+    input.latestIteration = 117;
+    EXPECT_EQ(PanelText::rightForms(input), (Forms{"118 iter · not converged", "118 iter", ""}));
+}
+
 TEST(PanelText, TitlesOfTheTabs) {
     EXPECT_EQ(PanelText::title(PanelText::Tab::log), "Log");
     EXPECT_EQ(PanelText::title(PanelText::Tab::convergence), "Convergence");

@@ -1,5 +1,7 @@
 #include "WholeWindow.h"
 
+#include <QFontMetricsF>
+
 #include <algorithm>
 
 namespace ostrella::test {
@@ -72,6 +74,36 @@ protected:
         }
     }
 
+    /// All of the toolbar's items are to be seen whole, with their labels or without.
+    void expectWholeToolbar(bool hasLabels) {
+        std::vector<QQuickItem*> clusters;
+        int items = 0;
+        for (QQuickItem* item : shownItems()) {
+            if (isA(item, "ToolbarCluster")) {
+                clusters.push_back(item);
+            }
+            if (isA(item, "ToolbarButton")) {
+                ++items;
+                EXPECT_NE(item->property("help").toString(), QString());
+            }
+        }
+        EXPECT_EQ(items, 11);
+        ASSERT_EQ(clusters.size(), 4U);
+        for (std::size_t i = 1; i < clusters.size(); ++i) {
+            EXPECT_GE(frame(clusters[i]).left(), frame(clusters[i - 1]).right() + 12) << i;
+        }
+        EXPECT_GE(frame(clusters.front()).left(), viewport().left() + 16);
+        EXPECT_LE(frame(clusters.back()).right(), viewport().right() - 16);
+        for (const char* label : {"Open STL", "Export Results", "Wireframe"}) {
+            bool isShown = false;
+            for (const QQuickItem* item : shownItems()) {
+                isShown = isShown || (item->inherits("QQuickText") &&
+                                         item->property("text").toString() == q(label));
+            }
+            EXPECT_EQ(isShown, hasLabels) << label;
+        }
+    }
+
     static bool isPane(const QQuickItem* item) {
         for (const char* type : {"FloatingCard", "ParameterPanel", "StatusBar", "MainToolbar",
                  "BottomPanel", "ToolbarCluster", "BrandButton", "HeroButton"}) {
@@ -133,6 +165,42 @@ TEST_F(Layout, AllCardsWithLargeTextsOnASmallScreen) {
     resize(1200, 800);
     showAllCards();
     expectCards(allCards);
+}
+
+TEST_F(Layout, TheToolbarsLabelsStandWhereTheyHaveTheRoom) {
+    expectWholeToolbar(true);
+    resize(2560, 1440);
+    enlargeTexts();
+    window->resize(2560, 1440);
+    settle();
+    expectWholeToolbar(true);
+}
+
+TEST_F(Layout, TheToolbarGivesWayToLargeTextsOnASmallScreen) {
+    enlargeTexts();
+    window->setMinimumSize({1200, 800});
+    resize(1200, 800);
+    expectWholeToolbar(false);
+    resize(2560, 1440);
+    expectWholeToolbar(true);
+}
+
+TEST_F(Layout, ThePanelsHeaderDropsWhatMattersLeast) {
+    enlargeTexts();
+    window->setMinimumSize({1200, 800});
+    resize(1200, 800);
+    for (int i = 0; i < 1234; ++i) {
+        app.logStore.append("A line", LogStore::Level::info);
+    }
+    settle();
+    const QAccessibleInterface* header = accessible(model->panel()->rightText());
+    ASSERT_TRUE(header) << "a reader of the screen is told all of it";
+    const auto* text = qobject_cast<QQuickItem*>(header->object());
+    ASSERT_TRUE(text);
+    const QString shorter = model->panel()->rightText().section(q(" · "), 0, 0);
+    const qreal whole = QFontMetricsF(Theme::shared().monoSmall()).horizontalAdvance(shorter);
+    EXPECT_NEAR(text->property("contentWidth").toReal(), whole, 1.5) << "nothing is cut";
+    EXPECT_LE(whole, text->width());
 }
 
 TEST_F(Layout, AllCardsWhileTheLogIsAway) {

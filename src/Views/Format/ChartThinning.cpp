@@ -60,6 +60,9 @@ void ThinnedSeries::append(std::int64_t iteration, double value) {
     }
     if (value > zero_) {
         range_ = ChartTicks::joined(range_, ChartRange{value, value});
+        if (iteration >= ChartTicks::settledIteration) {
+            settledRange_ = ChartTicks::joined(settledRange_, ChartRange{value, value});
+        }
     }
 }
 

@@ -38,6 +38,9 @@ public:
     /// Range of the values above zero.
     const std::optional<ChartRange>& range() const { return range_; }
 
+    /// The same of the iterations from ChartTicks::settledIteration on.
+    const std::optional<ChartRange>& settledRange() const { return settledRange_; }
+
     /// The value at the greatest iteration.
     const std::optional<ChartPoint>& newest() const { return newest_; }
 
@@ -64,6 +67,7 @@ private:
     std::int64_t firstColumn_ = 0;
     std::vector<Column> columns_;
     std::optional<ChartRange> range_;
+    std::optional<ChartRange> settledRange_;
     std::optional<ChartPoint> newest_;
 };
 

@@ -128,8 +128,13 @@ ChartAxis values(const std::optional<ChartRange>& range) {
     return axis;
 }
 
-ChartAxis residuals(const std::optional<ChartRange>& aboveZero) {
-    return values(aboveZero.value_or(ChartRange{zeroResidual, zeroResidual + 4}));
+ChartAxis residuals(
+    const std::optional<ChartRange>& aboveZero, const std::optional<ChartRange>& settled) {
+    ChartRange range = aboveZero.value_or(ChartRange{zeroResidual, zeroResidual + 4});
+    if (settled && range.min < settled->min - farBelow) {
+        range.min = settled->min;
+    }
+    return values(range);
 }
 
 std::optional<ChartRange> joined(
@@ -143,9 +148,9 @@ std::optional<ChartRange> joined(
 ChartAxis iterations(std::int64_t first, std::int64_t last) {
     ChartAxis axis;
     const auto from = static_cast<double>(std::min(first, last));
-    const auto to = std::max(static_cast<double>(std::max(first, last)), from + 1);
+    const auto to = static_cast<double>(std::max(first, last));
     axis.from = from;
-    axis.to = to;
+    axis.to = std::max(to, from + 1);
     for (int power = 0;; ++power) {
         for (const double digits : {1.0, 2.0, 5.0}) {
             const double width = digits * std::pow(10.0, power);

@@ -36,16 +36,23 @@ inline constexpr double zeroResidual = -20;
 /// its ends. A range of no width gets some; one that is not finite is taken for 0 to 1, as is none.
 ChartAxis values(const std::optional<ChartRange>& range);
 
-/// The axis of residuals whose values above zeroResidual have this range. One point of numerical
-/// zero would flatten every line: such points stay in the data and lie below the axis.
-ChartAxis residuals(const std::optional<ChartRange>& aboveZero);
+/// The iterations before this one belong to the start: some equations begin at next to nothing.
+inline constexpr std::int64_t settledIteration = 10;
+/// That many powers of ten below all that comes later, a value of the start is left out.
+inline constexpr double farBelow = 2;
+
+/// The axis of residuals whose values above zeroResidual have this range, in all and from
+/// settledIteration on. One point of numerical zero, or one of the start far below all the others,
+/// would flatten every line: such points stay in the data and lie below the axis.
+ChartAxis residuals(
+    const std::optional<ChartRange>& aboveZero, const std::optional<ChartRange>& settled);
 
 /// The range that holds both; absent only if both are.
 std::optional<ChartRange> joined(
     const std::optional<ChartRange>& a, const std::optional<ChartRange>& b);
 
 /// The axis of iterations, from the first to the last one, with ticks at round whole numbers
-/// within, at most 7.
+/// within, at most 7, and none beyond the last one.
 ChartAxis iterations(std::int64_t first, std::int64_t last);
 
 } // namespace ChartTicks

@@ -146,15 +146,18 @@ void ChartModel::updateLines() {
 
 void ChartModel::updateAxes() {
     std::optional<ChartRange> range;
+    std::optional<ChartRange> settled;
     for (const std::string& label : labels_) {
         if (const ThinnedSeries* series = thinned_.series(label)) {
             range = ChartTicks::joined(range, series->range());
+            settled = ChartTicks::joined(settled, series->settledRange());
         }
     }
     const ChartRange all = thinned_.iterations().value_or(ChartRange{0, 1});
     ChartAxis iterations = ChartTicks::iterations(
         static_cast<std::int64_t>(all.min), static_cast<std::int64_t>(all.max));
-    ChartAxis values = isOfResiduals() ? ChartTicks::residuals(range) : ChartTicks::values(range);
+    ChartAxis values =
+        isOfResiduals() ? ChartTicks::residuals(range, settled) : ChartTicks::values(range);
     if (iterations != iterations_ || values != values_) {
         iterations_ = std::move(iterations);
         values_ = std::move(values);

@@ -97,6 +97,19 @@ TEST(ThinnedSeries, NumericalZeroIsDrawnButDoesNotCountForTheRange) {
     EXPECT_EQ(series.points().front(), (ChartPoint{0, -32}));
 }
 
+TEST(ThinnedSeries, WhatComesAfterTheStartHasARangeOfItsOwn) {
+    ThinnedSeries series(10, ChartTicks::zeroResidual);
+    for (std::int64_t iteration = 0; iteration < 10; ++iteration) {
+        series.append(iteration, -13);
+    }
+    EXPECT_EQ(series.settledRange(), std::nullopt);
+    series.append(10, -2);
+    series.append(11, -32);
+    series.append(12, -3);
+    EXPECT_EQ(series.settledRange(), (ChartRange{-3, -2}));
+    EXPECT_EQ(series.range(), (ChartRange{-13, -2}));
+}
+
 TEST(ThinnedSeries, IterationsMayComeInAnyOrderAndFarApart) {
     ThinnedSeries series(2);
     for (const std::int64_t iteration : {std::int64_t{1000000}, std::int64_t{0}, std::int64_t{-50},

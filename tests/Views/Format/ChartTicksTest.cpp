@@ -97,8 +97,23 @@ TEST(ChartTicks, TheEndsMayComeInAnyOrder) {
 }
 
 TEST(ChartTicks, ResidualsOfNumericalZeroHaveAnAxisOfTheirOwn) {
-    EXPECT_EQ(residuals(ChartRange{-7.1, -0.2}), values(ChartRange{-7.1, -0.2}));
-    EXPECT_EQ(residuals(std::nullopt).labels, (Labels{"-20", "-19", "-18", "-17", "-16"}));
+    EXPECT_EQ(residuals(ChartRange{-7.1, -0.2}, std::nullopt), values(ChartRange{-7.1, -0.2}));
+    EXPECT_EQ(
+        residuals(std::nullopt, std::nullopt).labels, (Labels{"-20", "-19", "-18", "-17", "-16"}));
+}
+
+TEST(ChartTicks, AStartFarBelowAllThatFollowsIsOffTheAxis) {
+    const ChartAxis bounded = values(ChartRange{-7.1, 1.1});
+    EXPECT_EQ(residuals(ChartRange{-13.7, 1.1}, ChartRange{-7.1, -0.2}), bounded);
+    EXPECT_EQ(residuals(ChartRange{-9.11, 1.1}, ChartRange{-7.1, -0.2}), bounded);
+    // Not so far below, it is on the axis with all others.
+    EXPECT_EQ(
+        residuals(ChartRange{-9.09, 1.1}, ChartRange{-7.1, -0.2}), values(ChartRange{-9.09, 1.1}));
+    EXPECT_EQ(
+        residuals(ChartRange{-13.7, 1.1}, ChartRange{-13.7, -0.2}), values(ChartRange{-13.7, 1.1}))
+        << "what came later is never left out";
+    EXPECT_EQ(residuals(ChartRange{-13.7, 1.1}, std::nullopt), values(ChartRange{-13.7, 1.1}))
+        << "nothing came later yet";
 }
 
 TEST(ChartTicks, Joined) {
@@ -118,9 +133,17 @@ TEST(ChartTicks, IterationsAreRoundWholeNumbersWithinTheAxis) {
 }
 
 TEST(ChartTicks, OneIterationHasAnAxisToo) {
-    EXPECT_EQ(iterations(0, 0).labels, (Labels{"0", "1"}));
+    EXPECT_EQ(iterations(0, 0).labels, Labels{"0"});
     EXPECT_EQ(iterations(0, 0).to, 1);
     EXPECT_EQ(iterations(7, 7).from, 7);
+}
+
+TEST(ChartTicks, NoTickOfAnIterationThatIsYetToCome) {
+    for (std::int64_t last = 0; last < 2000; ++last) {
+        const ChartAxis axis = iterations(0, last);
+        ASSERT_FALSE(axis.ticks.empty()) << last;
+        EXPECT_LE(axis.ticks.back(), static_cast<double>(last));
+    }
 }
 
 TEST(ChartTicks, NoLabelOfAnIterationComesTwice) {

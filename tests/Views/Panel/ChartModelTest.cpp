@@ -93,6 +93,20 @@ TEST_F(ChartModelOf, keepsAPointOfNumericalZeroButNotForItsAxis) {
     EXPECT_GT(residuals.values().from, -6);
 }
 
+TEST_F(ChartModelOf, keepsTheStartOfAnEquationButNotForItsAxis) {
+    residuals.setColumns(500);
+    std::vector<HistoryPoint> points{{"U", 0, -12.7}};
+    for (std::int64_t iteration = 1; iteration < 30; ++iteration) {
+        points.push_back({"U", iteration, -0.1 * static_cast<double>(iteration)});
+    }
+    history.setResiduals(points);
+    history.setResidualLabels({"U"});
+    ASSERT_TRUE(waitForLines(residuals, 1));
+    EXPECT_EQ(residuals.lines()[0].points.front().value, -12.7);
+    EXPECT_EQ(residuals.values().from, -3);
+    EXPECT_EQ(residuals.values().to, 0);
+}
+
 TEST_F(ChartModelOf, doesNothingWhileNobodyLooks) {
     int updates = 0;
     QObject::connect(

@@ -50,9 +50,13 @@ std::vector<double> roundedBreaks(double half, double radius, double flatEdge, i
     return breaks;
 }
 
+/// How a box's quads are cut in two: all the same way, or from the middle of a side towards its
+/// corners, so that the three sides at a corner are cut alike.
+enum class Cut { parallel, towardsCorners };
+
 /// The surface of an axis-parallel box as six grids, vertices of neighbouring grids not merged.
 /// `breaks` are the grid lines of the three axes.
-Body boxGrids(const std::array<std::vector<double>, 3>& breaks) {
+Body boxGrids(const std::array<std::vector<double>, 3>& breaks, Cut cut) {
     Body body;
     for (int axis = 0; axis < 3; ++axis) {
         const int u = (axis + 1) % 3;
@@ -73,11 +77,17 @@ Body boxGrids(const std::array<std::vector<double>, 3>& breaks) {
                 for (std::uint32_t j = 0; j + 1 < rows; ++j) {
                     const std::uint32_t a = first + i * rows + j;
                     const std::uint32_t b = a + rows;
-                    if (positive) {
-                        body.addQuad(a, b, b + 1, a + 1);
-                    } else {
-                        body.addQuad(a, a + 1, b + 1, b);
+                    std::array<std::uint32_t, 4> quad{a, b, b + 1, a + 1};
+                    if (!positive) {
+                        std::swap(quad[1], quad[3]);
                     }
+                    // Of equal diagonals the one from the first vertex cuts.
+                    const bool isLower = 2 * i + 1 < breaks[u].size() - 1;
+                    const bool isLeft = 2 * j + 1 < rows - 1;
+                    if (cut == Cut::towardsCorners && isLower != isLeft) {
+                        std::rotate(quad.begin(), quad.begin() + 1, quad.end());
+                    }
+                    body.addQuad(quad[0], quad[1], quad[2], quad[3]);
                 }
             }
         }
@@ -199,7 +209,7 @@ Body roundedBox(const glm::dvec3& size, double radius, double flatEdge, int arcS
     for (int axis = 0; axis < 3; ++axis) {
         breaks[axis] = roundedBreaks(size[axis] / 2.0, radius, flatEdge, arcSegments);
     }
-    Body body = boxGrids(breaks);
+    Body body = boxGrids(breaks, Cut::towardsCorners);
     const glm::dvec3 core = size / 2.0 - glm::dvec3(radius);
     for (glm::dvec3& v : body.vertices) {
         const glm::dvec3 inner = glm::clamp(v, -core, core);
@@ -215,7 +225,7 @@ Body box(const glm::dvec3& size, const std::array<int, 3>& parts) {
             breaks[axis].push_back(size[axis] * (double(i) / parts[axis] - 0.5));
         }
     }
-    return boxGrids(breaks).welded(1e-9 * std::max({size.x, size.y, size.z}));
+    return boxGrids(breaks, Cut::parallel).welded(1e-9 * std::max({size.x, size.y, size.z}));
 }
 
 Body ellipticWing(double chord, double thickness, double span, int around, int along) {

@@ -1,4 +1,6 @@
+#include "Solver/Geometry/FeatureEdges.h"
 #include "Solver/Geometry/STLParser.h"
+#include "Solver/Geometry/Welding.h"
 #include "generators/SurfaceCheck.h"
 
 #include <gtest/gtest.h>
@@ -114,6 +116,12 @@ TEST(RoundedBoxSample, HasEveryCornerOnTheSweptBox) {
         const glm::dvec3 inner = glm::clamp(p, -core, core);
         ASSERT_NEAR(glm::length(p - inner), 0.12, 1e-6);
     }
+}
+
+TEST(RoundedBoxSample, HasNoCrease) {
+    const WeldedMesh mesh = welded(meshOf("rounded_box"));
+    EXPECT_EQ(FeatureEdges::extract(mesh, 30).creaseCount, 0U);
+    EXPECT_EQ(FeatureEdges::extract(mesh, 25).creaseCount, 0U);
 }
 
 TEST(SimpleWingSample, HasAChordOfOneMetreASpanOfTwoAndAnEllipticSection) {

@@ -22,6 +22,7 @@ T.MenuBar {
 
         hoverEnabled: true
         Accessible.name: name
+        Accessible.onPressAction: clicked()
         font: Theme.body
         leftPadding: 8
         rightPadding: 8

@@ -12,6 +12,8 @@ T.MenuItem {
     readonly property color ink: !enabled ? Theme.textDisabled : Theme.textPrimary
 
     hoverEnabled: true
+    Accessible.name: text
+    Accessible.onPressAction: clicked()
     font: Theme.body
     leftPadding: ticks ? 26 : 10
     rightPadding: subMenu ? 26 : 10

@@ -27,10 +27,24 @@ public:
     Spoken(const Spoken&) = delete;
     Spoken& operator=(const Spoken&) = delete;
 
+    /// The toolkit calls an item of a menu bar a bar itself; so says the item's own, attached, role
+    /// too once a reader starts after the window.
+    QAccessible::Role role() const override {
+        return item()->inherits("QQuickMenuBarItem") ? QAccessible::MenuItem
+                                                     : QAccessibleQuickItem::role();
+    }
+
     QAccessible::State state() const override {
         QAccessible::State state = QAccessibleQuickItem::state();
         state.disabled = !item()->isEnabled();
         return state;
+    }
+
+    /// What cannot be clicked cannot be pressed by a reader either.
+    void doAction(const QString& name) override {
+        if (item()->isEnabled()) {
+            QAccessibleQuickItem::doAction(name);
+        }
     }
 
 private:

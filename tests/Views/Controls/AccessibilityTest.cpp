@@ -105,7 +105,8 @@ TEST_F(AccessibilityTest, rolesAndStatesHoldWhenTheReaderStartsLate) {
          "ToolbarToggle { objectName: \"toggle\"; text: \"Grid\"; checked: true }\n"
          "SidebarSwitch { objectName: \"switch\"; label: \"BCM\"; isOn: true }\n"
          "SidebarNumberField { objectName: \"field\"; label: \"Velocity\"; value: 5; to: 9 }\n"
-         "CardRow { objectName: \"row\"; label: \"Facets\"; value: \"12\" }");
+         "CardRow { objectName: \"row\"; label: \"Facets\"; value: \"12\" }\n"
+         "BrandMenuBar { BrandMenu { title: \"&View\" } }");
     startReader();
     EXPECT_EQ(of("chip").role(), QAccessible::RadioButton);
     EXPECT_TRUE(of("chip").state().checkable);
@@ -125,6 +126,11 @@ TEST_F(AccessibilityTest, rolesAndStatesHoldWhenTheReaderStartsLate) {
     EXPECT_EQ(of("field").role(), QAccessible::EditableText);
     EXPECT_EQ(name("field"), QStringLiteral("Velocity"));
     EXPECT_EQ(of("row").role(), QAccessible::StaticText);
+    const auto menus = having("underlined");
+    ASSERT_EQ(menus.size(), 1U);
+    QAccessibleInterface* menu = QAccessible::queryAccessibleInterface(menus.front());
+    EXPECT_EQ(menu->role(), QAccessible::MenuItem);
+    EXPECT_EQ(menu->text(QAccessible::Name), QStringLiteral("View"));
 }
 
 TEST_F(AccessibilityTest, aChipShowsWhatIsSetAndNotWhatWasAskedFor) {
@@ -145,6 +151,17 @@ TEST_F(AccessibilityTest, whatIsDisabledIsSaidToBe) {
     EXPECT_TRUE(of("a").state().disabled);
     EXPECT_TRUE(of("b").state().disabled) << "by what it lies in";
     EXPECT_FALSE(of("c").state().disabled);
+}
+
+TEST_F(AccessibilityTest, whatIsDisabledCannotBePressedThroughIt) {
+    show("property int presses: 0\n"
+         "BrandButton { objectName: \"a\"; text: \"A\"; enabled: false; onClicked: "
+         "++parent.presses }\n"
+         "SidebarSwitch { objectName: \"b\"; label: \"B\"; enabled: false\n"
+         "onToggledByUser: ++parent.presses }");
+    of("a").actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+    of("b").actionInterface()->doAction(QAccessibleActionInterface::toggleAction());
+    EXPECT_EQ(root->property("presses").toInt(), 0);
 }
 
 TEST_F(AccessibilityTest, aReaderHearsWhenSomethingIsDisabled) {

@@ -104,6 +104,30 @@ TEST_F(Spoken, PressesDoWhatClicksDo) {
     EXPECT_FALSE(model->panel()->isVisible());
 }
 
+TEST_F(Spoken, MenusOpenAndTheirItemsAreChosen) {
+    placeModel();
+    settle();
+    const auto item = [this](
+                          const char* name) { return accessible(q(name), QAccessible::MenuItem); };
+    const auto press = [&](const char* name) {
+        ASSERT_TRUE(item(name)) << name;
+        item(name)->actionInterface()->doAction(QAccessibleActionInterface::pressAction());
+        settle();
+    };
+    ASSERT_FALSE(item("Orient Model")) << "the menu is closed";
+    ASSERT_NO_FATAL_FAILURE(press("View"));
+    ASSERT_TRUE(item("Orient Model"));
+    EXPECT_FALSE(item("Orient Model")->state().checked);
+    ASSERT_NO_FATAL_FAILURE(press("Orient Model"));
+    EXPECT_TRUE(app.renderSettings.orientMode());
+    EXPECT_FALSE(item("Orient Model")) << "the menu closes";
+    ASSERT_NO_FATAL_FAILURE(press("View"));
+    ASSERT_TRUE(item("Orient Model"));
+    EXPECT_TRUE(item("Orient Model")->state().checked);
+    ASSERT_NO_FATAL_FAILURE(press("Orient Model"));
+    EXPECT_FALSE(app.renderSettings.orientMode());
+}
+
 TEST_F(Spoken, TheSidebarsFields) {
     for (const char* label : {"X rotation", "Y rotation", "Z rotation", "Velocity",
              "Angle of attack", "Sideslip", "Density"}) {

@@ -3,6 +3,7 @@
 #include "Platform/DesktopEntry.h"
 #include "Platform/SessionBus.h"
 
+#include <QList>
 #include <QPointer>
 #include <QStringList>
 #include <QVariantMap>
@@ -85,6 +86,9 @@ private:
         bus_->call(message, this, [this, answer](const QDBusMessage& reply) {
             isBusy_ = false;
             answer(reply);
+            for (const QDBusMessage& signal : std::exchange(heardEarly_, {})) {
+                hearOfNote(signal);
+            }
             proceed();
         });
     }
@@ -122,8 +126,18 @@ private:
             // Another program shows them from now on, and knows of none.
             capabilities_.reset();
             number_ = 0;
-            return;
+            heardEarly_.clear();
+        } else if (isBusy_) {
+            // It may be of the note whose number the answer tells; answers and signals come by ways
+            // of their own.
+            heardEarly_.append(signal);
+        } else {
+            hearOfNote(signal);
         }
+    }
+
+    void hearOfNote(const QDBusMessage& signal) {
+        const QVariantList arguments = signal.arguments();
         const bool isOurs = number_ != 0 && !arguments.isEmpty() && arguments[0] == number_;
         if (!isOurs) {
             return;
@@ -145,6 +159,7 @@ private:
     bool isBusy_ = false;
     quint32 number_ = 0; ///< of the note on show; 0 for none
     QString token_;
+    QList<QDBusMessage> heardEarly_; ///< while an answer is awaited
 };
 
 DesktopNotification::DesktopNotification(QObject* parent)

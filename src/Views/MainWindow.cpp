@@ -3,6 +3,7 @@
 #include "Models/Precondition.h"
 #include "Ostrella/OstrellaApp.h"
 #include "Platform/DesktopAppearance.h"
+#include "Platform/WindowFront.h"
 #include "Views/Controls/Theme.h"
 #include "Views/ReducedMotion.h"
 #include "Views/Viewport/ViewportItem.h"
@@ -97,7 +98,9 @@ void MainWindow::raise(const QString& token) {
         window_->setWindowStates(window_->windowStates() & ~Qt::WindowStates(Qt::WindowMinimized));
     }
     window_->raise();
-    window_->requestActivate();
+    if (!WindowFront::ask(*window_)) {
+        window_->requestActivate();
+    }
 }
 
 bool MainWindow::eventFilter(QObject* watched, QEvent* event) {

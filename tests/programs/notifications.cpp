@@ -4,8 +4,9 @@
 
 namespace {
 
-/// Who shows notes, answering as told: "rich" with markup and actions, "plain" without, "hang"
-/// never, "refuse" with errors, "nonsense" in wrong shapes.
+/// Who shows notes, answering as told: "rich" with markup and actions, "hasty" as that but with a
+/// click told before the answer to the note, "plain" without, "hang" never, "refuse" with errors,
+/// "nonsense" in wrong shapes.
 class Notifications final : public BusService {
 public:
     explicit Notifications(QString mode)
@@ -39,19 +40,26 @@ protected:
         } else if (mode_ == QLatin1String("nonsense")) {
             answer(call, QStringLiteral("purple"));
         } else if (method == QLatin1String("GetCapabilities")) {
-            answer(call, mode_ == QLatin1String("rich")
-                             ? QStringList{QStringLiteral("body"), QStringLiteral("body-markup"),
-                                   QStringLiteral("actions")}
-                             : QStringList{QStringLiteral("body")});
+            answer(call, isRich() ? QStringList{QStringLiteral("body"),
+                                        QStringLiteral("body-markup"), QStringLiteral("actions")}
+                                  : QStringList{QStringLiteral("body")});
         } else if (method == QLatin1String("Notify")) {
             const quint32 replaced = call.arguments()[1].toUInt();
-            answer(call, replaced != 0 ? replaced : ++last_);
+            const quint32 number = replaced != 0 ? replaced : ++last_;
+            if (mode_ == QLatin1String("hasty")) {
+                signal(QStringLiteral("ActionInvoked"), {number, QStringLiteral("default")});
+            }
+            answer(call, number);
         } else {
             answer(call, QVariant());
         }
     }
 
 private:
+    bool isRich() const {
+        return mode_ == QLatin1String("rich") || mode_ == QLatin1String("hasty");
+    }
+
     QString mode_;
     quint32 last_ = 40;
 };

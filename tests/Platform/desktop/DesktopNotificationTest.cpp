@@ -93,6 +93,13 @@ TEST_F(DesktopNotificationTest, AClickIsToldWithWhatTheDesktopGivesAlong) {
     EXPECT_THAT(activations_, ElementsAre(QStringLiteral("abc"), QString()));
 }
 
+TEST_F(DesktopNotificationTest, AClickThatComesBeforeTheAnswerIsNotLost) {
+    startDesk("hasty");
+    start();
+    notification_->show("Run finished", "sphere");
+    EXPECT_TRUE(waitUntil([&] { return activations_.size() == 1; }));
+}
+
 TEST_F(DesktopNotificationTest, WhatIsNotOursIsNotTold) {
     showFirst();
     desk_->say(QStringLiteral("click 7"));

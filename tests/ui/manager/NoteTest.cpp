@@ -74,6 +74,13 @@ private:
     QRasterWindow another_;
 };
 
+TEST_F(NoteTest, AClickOnItBringsTheWindowToTheFrontAndTheNoteGoes) {
+    ASSERT_NO_FATAL_FAILURE(runLong());
+    desk_->say(QStringLiteral("click 41"));
+    EXPECT_TRUE(desktop_.waitForFront(application_.window().id()));
+    EXPECT_TRUE(isWithdrawn());
+}
+
 TEST_F(NoteTest, ItGoesWhenTheUserComesBack) {
     ASSERT_NO_FATAL_FAILURE(runLong());
     desktop_.bringToFront(application_.window().id());

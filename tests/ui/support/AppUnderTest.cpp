@@ -162,6 +162,11 @@ void AppUnderTest::click(const std::string& name, QAccessible::Role role) {
     user->click(place);
 }
 
+void AppUnderTest::choose(const std::string& menu, const std::string& entry) {
+    click(menu, QAccessible::MenuItem);
+    click(entry, QAccessible::MenuItem);
+}
+
 void AppUnderTest::fill(const std::string& name, const std::string& text) {
     click(name, QAccessible::EditableText);
     user->type(Qt::Key_A, Qt::ControlModifier);

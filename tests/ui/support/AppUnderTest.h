@@ -59,6 +59,8 @@ protected:
     // What the user does.
     /// Waits until it is there and enabled.
     void click(const std::string& name, QAccessible::Role role = QAccessible::NoRole);
+    /// An entry of one of the window's menus.
+    void choose(const std::string& menu, const std::string& entry);
     /// Types a number into the field of this name, and ends with Tab.
     void fill(const std::string& name, const std::string& text);
     /// Lays the window out and draws it.

@@ -108,6 +108,12 @@ ApplicationWindow {
             }
 
             SplitView {
+                id: panes
+
+                // What the viewport keeps of a column that is too low for both.
+                readonly property real leastViewport: Math.max(0, Math.min(360, height - leastPanel - 1))
+                readonly property real leastPanel: Math.max(0, Math.min(160 * Theme.lengthScale, height - 1))
+
                 orientation: Qt.Vertical
                 handle: SplitHandle {}
                 anchors {
@@ -120,15 +126,15 @@ ApplicationWindow {
                 ViewportView {
                     model: window.model.viewport
                     SplitView.fillHeight: true
-                    SplitView.minimumHeight: 360
+                    SplitView.minimumHeight: panes.leastViewport
                 }
 
                 BottomPanel {
                     model: window.model.panel
                     visible: window.model.panel.isVisible
-                    SplitView.minimumHeight: 160 * Theme.lengthScale
+                    SplitView.minimumHeight: panes.leastPanel
                     SplitView.preferredHeight: 228 * Theme.lengthScale
-                    SplitView.maximumHeight: 380 * Theme.lengthScale
+                    SplitView.maximumHeight: Math.max(panes.leastPanel, Math.min(380 * Theme.lengthScale, panes.height - panes.leastViewport - 1))
                 }
             }
         }

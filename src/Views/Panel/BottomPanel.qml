@@ -10,7 +10,7 @@ Rectangle {
 
     required property BottomPanelModel model
 
-    implicitHeight: Theme.length(228)
+    implicitHeight: 228 * Theme.lengthScale
     color: Theme.surfaceSunken
 
     Rectangle {

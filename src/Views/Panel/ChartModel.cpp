@@ -25,6 +25,7 @@ ChartModel::ChartModel(const HistoryStore& history, Kind kind, QObject* parent)
     const auto schedule = [this] { update_.schedule(); };
     if (isOfResiduals()) {
         note_ = qStringOf(PanelText::residualsNote);
+        noteForms_ = note_;
         connect(&history, &HistoryStore::residualsChanged, this, schedule);
         connect(&history, &HistoryStore::residualLabelsChanged, this, schedule);
     } else {
@@ -115,13 +116,23 @@ void ChartModel::update() {
     updateLines();
     updateAxes();
     if (!isOfResiduals()) {
-        QString note =
-            qStringOf(ChartSeries::latestSummary(history_.latestCoefficients(), labels_));
-        if (std::exchange(note_, note) != note) {
-            Q_EMIT noteChanged();
-        }
+        updateNote();
     }
     Q_EMIT linesChanged();
+}
+
+void ChartModel::updateNote() {
+    const auto latest = history_.latestCoefficients();
+    QStringList forms;
+    for (std::vector<std::string> labels = labels_; !labels.empty(); labels.pop_back()) {
+        forms.push_back(qStringOf(ChartSeries::latestSummary(latest, labels)));
+    }
+    forms.removeDuplicates();
+    note_ = forms.value(0);
+    const QString all = forms.join(QChar(0x9C));
+    if (std::exchange(noteForms_, all) != all) {
+        Q_EMIT noteChanged();
+    }
 }
 
 void ChartModel::updateLabels() {

@@ -26,6 +26,9 @@ class ChartModel final : public QObject {
     QML_UNCREATABLE("made by the panel's model")
     Q_PROPERTY(QString title READ title CONSTANT)
     Q_PROPERTY(QString note READ note NOTIFY noteChanged)
+    /// The note, and then with its last part gone each, in the toolkit's way of giving several:
+    /// with U+009C between.
+    Q_PROPERTY(QString noteForms READ noteForms NOTIFY noteChanged)
     /// Maps of "label" and "color".
     Q_PROPERTY(QVariantList legend READ legend NOTIFY legendChanged)
     /// Maps of "at", the place on the axis from 0 to 1, and "text".
@@ -53,6 +56,7 @@ public:
 
     QString title() const;
     QString note() const { return note_; }
+    QString noteForms() const { return noteForms_; }
     QVariantList legend() const;
     QVariantList iterationTicks() const { return ticks(iterations_); }
     QVariantList valueTicks() const { return ticks(values_); }
@@ -78,6 +82,7 @@ private:
     double zero() const;
     QColor color(std::size_t series) const;
     void update();
+    void updateNote();
     void updateLabels();
     void updateLines();
     void updateAxes();
@@ -92,6 +97,7 @@ private:
     ChartAxis iterations_;
     ChartAxis values_;
     QString note_;
+    QString noteForms_;
     QueuedUpdate update_;
 };
 

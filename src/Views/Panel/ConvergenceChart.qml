@@ -11,6 +11,11 @@ Item {
     required property ChartModel chart
     readonly property int numberGap: 8
 
+    // A length that grows with the texts, also while the window is open.
+    function grown(points) {
+        return Math.round(points * Theme.lengthScale);
+    }
+
     Accessible.role: Accessible.Chart
     Accessible.name: chart.title
     Accessible.description: chart.description
@@ -19,7 +24,7 @@ Item {
         id: title
 
         x: Theme.edge
-        y: Theme.length(18) - height / 2
+        y: block.grown(18) - height / 2
         text: block.chart.title
         font: Theme.label
         color: Theme.textSecondary
@@ -36,7 +41,7 @@ Item {
         }
         horizontalAlignment: Text.AlignRight
         elide: Text.ElideRight
-        text: block.chart.note
+        text: block.chart.noteForms
         font: Theme.monoSmall
         color: Theme.textTertiary
         textFormat: Text.PlainText
@@ -51,12 +56,12 @@ Item {
     Item {
         id: axis
 
-        readonly property real numbers: Math.max(Theme.length(28), Math.ceil(longest.advanceWidth))
+        readonly property real numbers: Math.max(block.grown(28), Math.ceil(longest.advanceWidth))
 
         x: Theme.edge + numbers + block.numberGap
-        y: Theme.length(36) - plot.margin
+        y: block.grown(36) - plot.margin
         width: Math.max(0, block.width - x - Theme.edge)
-        height: Math.max(0, block.height - y - Theme.length(49) - (legend.rows - 1) * legend.rowHeight + plot.margin)
+        height: Math.max(0, block.height - y - block.grown(49) - (legend.rows - 1) * legend.rowHeight + plot.margin)
 
         ChartItem {
             id: plot
@@ -93,7 +98,7 @@ Item {
                 required property var modelData
 
                 x: Math.round(plot.plot.x + modelData.at * plot.plot.width - width / 2)
-                y: Math.round(plot.plot.y + plot.plot.height + Theme.length(12) - height / 2)
+                y: Math.round(plot.plot.y + plot.plot.height + block.grown(12) - height / 2)
                 text: modelData.text
                 font: Theme.monoSmall
                 color: Theme.textTertiary
@@ -106,11 +111,11 @@ Item {
     Flow {
         id: legend
 
-        readonly property real rowHeight: Theme.length(16)
+        readonly property real rowHeight: block.grown(16)
         readonly property int rows: Math.max(1, Math.round(height / rowHeight))
 
         x: Theme.edge
-        y: block.height - Theme.length(20) - rowHeight / 2 - (rows - 1) * rowHeight
+        y: block.height - block.grown(20) - rowHeight / 2 - (rows - 1) * rowHeight
         width: Math.max(0, block.width - Theme.edge)
         Accessible.role: Accessible.Grouping
         Accessible.name: block.chart.seriesName

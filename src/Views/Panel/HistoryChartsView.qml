@@ -17,7 +17,7 @@ Item {
         Symbol {
             anchors.horizontalCenter: parent.horizontalCenter
             name: charts.model.emptySymbol
-            size: Theme.length(28)
+            size: 28 * Theme.lengthScale
             color: Theme.textTertiary
         }
 

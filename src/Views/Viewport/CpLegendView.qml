@@ -9,7 +9,7 @@ FloatingCard {
     id: card
 
     required property LegendModel model
-    readonly property real heightAroundBar: title.height + 8 + 2 * padding
+    readonly property real heightAroundBar: bar.y + 2 * padding
 
     padding: Theme.cardPadding
     width: Math.ceil(Math.max(title.width, 14 + 8 + scale.widest)) + 2 * padding
@@ -50,7 +50,7 @@ FloatingCard {
     Rectangle {
         id: bar
 
-        y: title.height + 8
+        y: title.height + 8 * Theme.lengthScale
         width: 14
         height: card.model.barHeight
         radius: 4

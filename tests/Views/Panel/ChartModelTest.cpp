@@ -47,6 +47,7 @@ protected:
 TEST_F(ChartModelOf, namesTheTwoCharts) {
     EXPECT_EQ(residuals.title().toStdString(), "Residuals");
     EXPECT_EQ(residuals.note().toStdString(), "log₁₀(rms)");
+    EXPECT_EQ(residuals.noteForms().toStdString(), "log₁₀(rms)");
     EXPECT_EQ(residuals.axisName().toStdString(), "log10(rms)");
     EXPECT_EQ(coefficients.title().toStdString(), "Force coefficients");
     EXPECT_EQ(coefficients.note().toStdString(), "");
@@ -58,6 +59,10 @@ TEST_F(ChartModelOf, showsThePreferredCoefficientsInTheirOrderWithTheirNewestVal
     ASSERT_TRUE(waitForLines(coefficients, 3));
     EXPECT_THAT(legend(coefficients), ElementsAre("CL", "CD", "Cm"));
     EXPECT_EQ(coefficients.note().toStdString(), "CL=2.2500  CD=2.2500  Cm=2.2500");
+    const std::string forms = "CL=2.2500  CD=2.2500  Cm=2.2500\u009C"
+                              "CL=2.2500  CD=2.2500\u009C"
+                              "CL=2.2500";
+    EXPECT_EQ(coefficients.noteForms().toStdString(), forms);
     ASSERT_EQ(coefficients.lines()[0].points.size(), 3U);
     EXPECT_EQ(coefficients.lines()[0].points[2], (ChartPoint{2, 2.25}));
 }

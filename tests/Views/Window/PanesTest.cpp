@@ -55,6 +55,57 @@ TEST_F(Panes, TheViewportKeeps360PointsAndTheWelcomeItsDistance) {
     EXPECT_GE(viewport.bottom() - welcome.bottom(), 24);
 }
 
+TEST_F(Panes, ThePanelGivesWayWhenTheWindowBecomesLower) {
+    window->resize(1200, 1000);
+    settle();
+    ASSERT_EQ(panelHeightAfterDrag(100), 380);
+    window->resize(1200, 800);
+    settle();
+    EXPECT_EQ(frame(shown("BottomPanel")).bottom(), frame(shown("StatusBar")).top());
+    EXPECT_GE(frame(shown("ViewportView")).height(), 360);
+}
+
+TEST_F(Panes, ThePanelStaysAboveTheStatusBarWithLargeTextsOnASmallScreen) {
+    for (const double scale : {1.5, 2.0, 3.0}) {
+        Theme::shared().setTextScale(scale);
+        window->setMinimumSize({1200, 800});
+        window->resize(1200, 800);
+        settle();
+        ASSERT_EQ(window->height(), 800);
+        EXPECT_LE(frame(shown("BottomPanel")).bottom(), frame(shown("StatusBar")).top()) << scale;
+    }
+}
+
+TEST_F(Panes, TheChartsTitlesStayClearOfTheirNumbersWhenTheTextsGrow) {
+    app.historyStore.setResiduals({{"rms[P]", 0, -1.0}, {"rms[P]", 1, -4.0}});
+    app.historyStore.setResidualLabels({"rms[P]"});
+    app.historyStore.setHasData(true);
+    settle();
+    Theme::shared().setTextScale(1.5);
+    settle();
+    const QQuickItem* chart = shown("ConvergenceChart");
+    QRectF title;
+    std::vector<QRectF> numbers;
+    for (const QQuickItem* item : shownItems()) {
+        if (!item->inherits("QQuickText") || !chart->isAncestorOf(item)) {
+            continue;
+        }
+        bool isNumber = false;
+        const QString text = item->property("text").toString();
+        text.toDouble(&isNumber);
+        if (isNumber) {
+            numbers.push_back(frame(item));
+        } else if (text == q("Residuals")) {
+            title = frame(item);
+        }
+    }
+    EXPECT_FALSE(title.isEmpty());
+    EXPECT_GE(numbers.size(), 4U);
+    for (const QRectF& number : numbers) {
+        EXPECT_FALSE(number.intersects(title)) << number.top();
+    }
+}
+
 TEST_F(Panes, TheLegendOfManySeriesStaysBelowItsChart) {
     const HistoryStore::Labels labels{"rms[Rho]", "rms[RhoU]", "rms[RhoV]", "rms[RhoW]",
         "rms[RhoE]", "rms[k]", "rms[w]", "rms[AD-Rho]"};

@@ -249,7 +249,8 @@ QSGNode* ViewportItem::updatePaintNode(QSGNode* old, UpdatePaintNodeData*) {
             sceneDevice_ = rhi;
         }
         frameBegan_ = std::chrono::steady_clock::now();
-        samples_ = pacer_.isRunning() ? detail_.samples() : RhiTarget::preferredSamples;
+        const bool mayBeCoarse = pacer_.isRunning() && !isAlwaysFine_;
+        samples_ = mayBeCoarse ? detail_.samples() : RhiTarget::preferredSamples;
         MetalRenderer& renderer = coordinator_->renderer();
         FrameEncoding frame = renderer.draw();
         node->setPicture(

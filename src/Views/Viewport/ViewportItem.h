@@ -53,6 +53,8 @@ public:
     std::uint64_t frameCount() const { return frameCount_; }
     /// Samples a pixel of the latest frame, at most: fewer while an animation would be too slow.
     int samples() const { return samples_; }
+    /// Draws every frame as finely as can be from now on, however long an animation's frames take.
+    void drawFinely() { isAlwaysFine_ = true; }
     bool showsFocus() const { return hasActiveFocus() && isFocusFromKeys_; }
     /// The window can be seen, as far as the window system tells, and the item is shown in it.
     bool isShown() const;
@@ -111,6 +113,7 @@ private:
     QString deviceProblem_;
     std::uint64_t frameCount_ = 0;
     bool isFocusFromKeys_ = false;
+    bool isAlwaysFine_ = false;
     bool hasDrawn_ = false;    ///< since the window's last swap
     bool frameFailed_ = false; ///< and nothing is to be shown until the next one
     // Of the node, if it is still there.

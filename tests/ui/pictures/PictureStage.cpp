@@ -11,6 +11,9 @@
 #include <QCoreApplication>
 #include <QQuickItem>
 
+#include <fmt/format.h>
+
+#include <algorithm>
 #include <cmath>
 #include <filesystem>
 #include <functional>
@@ -25,6 +28,7 @@ namespace ostrella {
 class SimulationControllerProbe {
 public:
     static std::int64_t begin(SimulationController& controller, Date date, int maxIterations) {
+        controller.setMeshCells(std::nullopt);
         controller.setMaxIterations(maxIterations);
         controller.setSummary(std::nullopt);
         controller.setStartedAt(date);
@@ -102,12 +106,14 @@ PictureStage::PictureStage()
             .openAddress = [](const std::string&) {},
             .quit = [] {},
             .clock = clock_,
+            .timers = timers_,
             // The pictures are alike wherever they are made.
             .machine = {[](const fs::path&) { return std::int64_t{412'600'000'000}; },
                 [] { return std::string("8-core processor"); }}},
         appearance_);
     ViewportItem& scene = window_->viewport();
     scene.setModel(app.parameters, app.renderSettings, [this] { return mediaTime_; });
+    scene.drawFinely();
     window_->show();
     app.start();
     user_.emplace(window_->window());
@@ -116,12 +122,19 @@ PictureStage::PictureStage()
 }
 
 PictureStage::~PictureStage() {
+    Theme::shared().setTextScale(1);
     user_->moveTo({4, 4});
     user_.reset();
     window_.reset();
 }
 
+void PictureStage::setTextScale(double scale) {
+    Theme::shared().setTextScale(scale);
+    settle();
+}
+
 void PictureStage::resize(QSize size) {
+    window_->window().setMinimumSize(size);
     window_->window().resize(size);
     require(waitUntil([&] { return window_->window().size() == size; }), "in its size");
     settle();
@@ -155,6 +168,7 @@ void PictureStage::pretendRun(const RecordedRun& run) {
     // A phase that comes again has the time told anew.
     clock_.advance(4);
     SimulationControllerProbe::apply(app.simulation, RunPhase::meshing(), runID_);
+    tick();
     settle();
 }
 
@@ -163,10 +177,32 @@ void PictureStage::feedHistory(const RecordedRun& run, int rows, double seconds)
     SimulationControllerProbe::apply(app.simulation, RunPhase::solving(), runID_);
     const CancellationSource source;
     const QPointer<HistoryStore> history(&app.historyStore);
-    for (int row = 1; row <= rows; ++row) {
-        storeHistory(head(recorded(run) / "history.csv", row + 1), 3, history, source.token());
+    // Every reading begins at the top: a long history comes in larger pieces.
+    const int step = std::max(1, rows / 400);
+    for (int row = 1 + (rows - 1) % step; row <= rows; row += step) {
+        storeHistory(
+            head(recorded(run) / "history.csv", row + 1), run.dimensions, history, source.token());
         clock_.advance(seconds);
         QCoreApplication::processEvents();
+    }
+    tick();
+    settle();
+}
+
+void PictureStage::feedSolverLines(const RecordedRun& run, int rows) {
+    std::istringstream table(head(recorded(run) / "history.csv", rows + 1));
+    for (std::string row; std::getline(table, row);) {
+        // Iteration, residuals and coefficients: the columns from the third to the ninth.
+        std::istringstream cells(row);
+        std::string line = "|";
+        std::string cell;
+        for (int column = 0; column < 9 && std::getline(cells, cell, ','); ++column) {
+            std::erase_if(cell, [](char c) { return c == ' ' || c == '"'; });
+            if (column >= 2) {
+                line += fmt::format("{:>13}|", cell);
+            }
+        }
+        app.logStore.append(line, LogStore::Level::su2);
     }
     settle();
 }
@@ -178,7 +214,7 @@ void PictureStage::finishRun(const RecordedRun& run) {
     inputs.maxIterations = run.maxIterations;
     std::optional<SimulationResult> result;
     onWorker([&] {
-        result = harvestResult(recorded(run), run.outcome, run.cells, 3, inputs,
+        result = harvestResult(recorded(run), run.outcome, run.cells, run.dimensions, inputs,
             RunLog(app.logStore), source.token(), clock_);
     });
     SimulationControllerProbe::complete(app.simulation, runID_, std::move(result).value(), inputs);
@@ -224,6 +260,10 @@ void PictureStage::waitForHelp() {
         return shows;
     }),
         "a tool tip");
+}
+
+void PictureStage::tick() {
+    timers_.advance(1);
 }
 
 void PictureStage::drawAnew() {

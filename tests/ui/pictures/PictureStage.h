@@ -5,6 +5,7 @@
 #include "Platform/DesktopAppearance.h"
 #include "Views/MainWindow.h"
 #include "support/ManualClock.h"
+#include "support/ManualTimers.h"
 #include "support/RealInput.h"
 #include "support/Wait.h"
 
@@ -32,6 +33,8 @@ public:
         SolverRunner::SolveOutcome outcome;
         std::int64_t cells = 0;
         int maxIterations = 200;
+        /// 2 of the built-in aerofoil, which has no mesher either.
+        int dimensions = 3;
     };
 
     PictureStage();
@@ -40,7 +43,9 @@ public:
     WindowModel& model() { return window_->model(); }
     RealInput& user() { return *user_; }
 
+    /// Also below what the window asks of a screen that has the room.
     void resize(QSize size);
+    void setTextScale(double scale);
     void setDark(bool dark);
 
     /// Loads a sample of the package, as a file of another name where one is given, and waits
@@ -49,6 +54,8 @@ public:
     /// A run that goes on: so many rows of a recorded history have come, one every `seconds`.
     void pretendRun(const RecordedRun& run);
     void feedHistory(const RecordedRun& run, int rows, double seconds);
+    /// The first rows of a recorded history as lines of the solver's own output.
+    void feedSolverLines(const RecordedRun& run, int rows);
     /// The run under way ends with the recorded result, or with an error.
     void finishRun(const RecordedRun& run);
     void failRun(const std::exception_ptr& error);
@@ -68,10 +75,13 @@ public:
 
 private:
     void drawAnew();
+    /// What tells the time anew every second does so.
+    void tick();
 
     TemporaryDirectory directory_;
     MemoryPreferences preferences_;
     ManualClock clock_;
+    ManualTimers timers_;
     double mediaTime_ = 0;
 
 public:

@@ -5,6 +5,7 @@
 #include <QQuickItem>
 #include <QUrl>
 
+#include <cmath>
 #include <stdexcept>
 
 namespace ostrella::test {
@@ -20,6 +21,12 @@ const Run& sphere() {
 
 const Run& wing() {
     static const Run run{"wing_inc_sa_a5", {StopReason::iterationCap(300), 143.8}, 315'292, 300};
+    return run;
+}
+
+const Run& aerofoil() {
+    static const Run run{
+        "naca_inc_sa_a5", {StopReason::iterationCap(2500), 331.4}, 229'376, 2500, 2};
     return run;
 }
 
@@ -74,6 +81,93 @@ void finishWing(PictureStage& stage) {
     stage.finishRun(wing());
 }
 
+void finishDemo(PictureStage& stage) {
+    stage.app.parameters.setAlpha(5);
+    stage.pretendRun(aerofoil());
+    stage.feedHistory(aerofoil(), 2500, 0.13);
+    stage.finishRun(aerofoil());
+}
+
+/// The layers of the result that are on.
+void showLayers(PictureStage& stage, bool cp, bool streams, bool vortex) {
+    stage.app.renderSettings.setColormapEnabled(cp);
+    stage.app.renderSettings.setStreamlinesEnabled(streams);
+    stage.app.renderSettings.setVortexEnabled(vortex);
+    stage.settle();
+}
+
+void filterLog(PictureStage& stage) {
+    solve(stage);
+    stage.feedSolverLines(wing(), 118);
+    stage.model().panel()->chooseTab(static_cast<int>(BottomPanelModel::Tab::log));
+    stage.model().panel()->setFilter(LogFilter::su2);
+    stage.settle();
+}
+
+void warnOfTheWall(PictureStage& stage) {
+    finishSphere(stage);
+    stage.model().panel()->setFilter(LogFilter::warn);
+    stage.settle();
+}
+
+void showWires(PictureStage& stage) {
+    stage.load("simple_wing");
+    stage.app.renderSettings.setWireframe(true);
+    stage.settle();
+}
+
+void showAllCards(PictureStage& stage) {
+    finishSphere(stage);
+    stage.app.renderSettings.setOrientMode(true);
+    stage.model().viewport()->handleDrop(
+        ViewportFormat::DropOutcome({"/somewhere/notes.txt", "/somewhere/plan.pdf"}));
+    stage.settle();
+}
+
+/// A body of a name and a number of facets that no column was made for.
+void showLongName(PictureStage& stage) {
+    stage.load("simple_wing",
+        "Wing of the second study, revision 14, with the new tip and without the fairing, "
+        "as measured on Tuesday.stl");
+    const TriangleMesh mesh = *stage.app.parameters.mesh();
+    // Facets of no area, which show in the count alone.
+    std::vector<Vec3> points(mesh.positions().begin(), mesh.positions().end());
+    std::vector<Vec3> normals(mesh.normals().begin(), mesh.normals().end());
+    points.resize(3 * 1'234'567, points.front());
+    normals.resize(points.size(), normals.front());
+    stage.app.parameters.setMesh(TriangleMesh(std::move(points), std::move(normals)));
+    stage.app.parameters.setOpenEdgeCount(0);
+    stage.settle();
+}
+
+/// Charts of a run far longer than any plot is wide: eight series that settle and tremble.
+void chartLongRun(PictureStage& stage) {
+    stage.load("simple_wing");
+    stage.pretendRun(wing());
+    std::vector<HistoryPoint> residuals;
+    const std::vector<std::string> labels{"P", "U", "V", "W", "nu", "k", "omega", "T"};
+    for (std::int64_t i = 0; i < 50'000; ++i) {
+        for (std::size_t s = 0; s < labels.size(); ++s) {
+            const double t = static_cast<double>(i);
+            const double offset = 0.7 * static_cast<double>(s);
+            residuals.push_back({labels[s], i,
+                -1 - offset - 4 * (1 - std::exp(-t / 9000)) + 0.3 * std::sin(t * (0.7 + offset))});
+        }
+    }
+    stage.app.historyStore.setResiduals(residuals);
+    stage.app.historyStore.setResidualLabels(labels);
+    std::vector<HistoryPoint> coefficients;
+    for (std::int64_t i = 0; i < 50'000; ++i) {
+        const double t = static_cast<double>(i);
+        coefficients.push_back({"CL", i, 0.45 - 0.2 * std::exp(-t / 4000) + 0.01 * std::sin(t)});
+        coefficients.push_back({"CD", i, 0.03 + 0.1 * std::exp(-t / 3000)});
+    }
+    stage.app.historyStore.setCoefficients(coefficients);
+    stage.app.historyStore.setCoefficientLabels({"CL", "CD"});
+    stage.app.historyStore.setHasData(true);
+    stage.settle();
+}
+
 void fail(PictureStage& stage, const std::string& fileName, RunStage at, const std::string& text,
     std::int64_t openEdges) {
     stage.load("rounded_box", fileName);
@@ -97,6 +191,7 @@ const std::vector<PictureState>& pictureStates() {
                 stage.waitForHelp();
             }},
         {"geometry", [](PictureStage& stage) { stage.load("rounded_box"); }},
+        {"wireframe", showWires},
         {"orient", orient},
         {"loading",
             [](PictureStage& stage) {
@@ -156,12 +251,35 @@ const std::vector<PictureState>& pictureStates() {
         {"menu",
             [](PictureStage& stage) {
                 stage.load("rounded_box");
-                openMenu(stage, QStringLiteral("View"));
+                openMenu(stage, QStringLiteral("&View"));
             }},
-        {"all-cards",
+        {"all-cards", showAllCards, QSize(1200, 800)},
+        {"cp",
             [](PictureStage& stage) {
-                finishSphere(stage);
-                stage.app.renderSettings.setOrientMode(true);
+                finishWing(stage);
+                showLayers(stage, true, false, false);
+            }},
+        {"streams",
+            [](PictureStage& stage) {
+                finishWing(stage);
+                showLayers(stage, false, true, false);
+            }},
+        {"demo", finishDemo},
+        {"log", filterLog},
+        {"wall", warnOfTheWall},
+        {"small", finishSphere, QSize(1200, 800)},
+        {"long-name", showLongName},
+        {"long-run", chartLongRun},
+        {"large-text", solve, {}, 1.5},
+        {"large-text-small", finishSphere, QSize(1200, 800), 1.5},
+        {"large-text-orient", orient, {}, 1.5},
+        {"large-text-cards", showAllCards, QSize(1200, 800), 1.5},
+        {"large-screen", showAllCards, QSize(2560, 1440)},
+        {"focus",
+            [](PictureStage& stage) {
+                stage.load("rounded_box");
+                for (int i = 0; i < 4; ++i)
+                    stage.user().type(Qt::Key_Tab);
                 stage.settle();
             }},
     };

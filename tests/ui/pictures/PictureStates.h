@@ -3,6 +3,7 @@
 #include "ui/pictures/PictureStage.h"
 
 #include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -12,6 +13,9 @@ namespace ostrella::test {
 struct PictureState {
     std::string name;
     std::function<void(PictureStage&)> reach;
+    /// Where it is about a size of its own, whatever size the others have.
+    std::optional<QSize> size = {};
+    double textScale = 1;
 };
 
 const std::vector<PictureState>& pictureStates();

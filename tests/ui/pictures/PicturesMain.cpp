@@ -33,7 +33,8 @@ bool save(const QImage& picture, const std::filesystem::path& file) {
 bool draw(const PictureState& state, QSize size, const std::filesystem::path& folder) {
     try {
         PictureStage stage;
-        stage.resize(size);
+        stage.setTextScale(state.textScale);
+        stage.resize(state.size.value_or(size));
         stage.setDark(true);
         state.reach(stage);
         bool saved = save(stage.picture(), folder / (state.name + "-dark.png"));

@@ -6,6 +6,7 @@
 #include <QScreen>
 
 #include <ctime>
+#include <thread>
 
 namespace ostrella::test {
 namespace {
@@ -51,6 +52,16 @@ TEST_F(ItemFrames, noneComeWhileNothingHappens) {
     EXPECT_EQ(windowFrames, 0);
     // Of all threads, the driver's among them.
     EXPECT_LT(processorSeconds() - before, 0.02);
+}
+
+TEST_F(ItemFrames, areFineOnASlowDeviceOnceTheyAreToBe) {
+    showFlow();
+    QObject::connect(window.get(), &QQuickWindow::afterRendering, item,
+        [] { std::this_thread::sleep_for(40ms); });
+    ASSERT_TRUE(waitUntil([&] { return item->samples() == 1; }));
+    item->drawFinely();
+    ASSERT_TRUE(waitForFrames(ViewportDetail::slowFrames + 2));
+    EXPECT_EQ(item->samples(), RhiTarget::preferredSamples);
 }
 
 TEST_F(ItemFrames, oneComesForAllThatIsSetInATurn) {

@@ -61,7 +61,7 @@ Item {
         acceptLabel: "Save"
         defaultSuffix: "png"
         nameFilters: ["PNG (*.png)"]
-        onAccepted: dialogs.files.accept(selectedFile)
+        onAccepted: dialogs.files.accept(selectedFile, dialogs.files.isDesktops(picture))
         onRejected: dialogs.files.dismiss()
     }
 }

@@ -3,12 +3,15 @@
 #include <QDir>
 #include <QFileInfo>
 
+#include <algorithm>
 #include <utility>
 
 namespace ostrella {
 
-FilePanels::FilePanels(QObject* parent)
-    : QObject(parent), folder_(QUrl::fromLocalFile(QDir::homePath())) {}
+FilePanels::FilePanels(AskToReplace askToReplace, QObject* parent)
+    : QObject(parent),
+      askToReplace_(std::move(askToReplace)),
+      folder_(QUrl::fromLocalFile(QDir::homePath())) {}
 
 void FilePanels::askForModel(Answer answer) {
     ask(Kind::Model, std::move(answer));
@@ -25,6 +28,7 @@ void FilePanels::askForPicture(const std::string& suggestedName, Answer answer) 
 void FilePanels::ask(Kind kind, Answer answer, const std::string& suggestedName) {
     dismiss();
     kind_ = kind;
+    ++question_;
     suggestedName_ = QString::fromStdString(suggestedName);
     answer_ = std::move(answer);
     Q_EMIT changed();
@@ -53,7 +57,7 @@ QString FilePanels::prompt() const {
     return kind_ == Kind::Folder ? QStringLiteral("Export") : QString();
 }
 
-void FilePanels::accept(const QUrl& place) {
+void FilePanels::accept(const QUrl& place, bool hasPanelAsked) {
     if (!place.isLocalFile()) {
         dismiss();
         return;
@@ -63,7 +67,35 @@ void FilePanels::accept(const QUrl& place) {
         file += QLatin1String(".png");
     }
     folder_ = kind_ == Kind::Folder ? place : QUrl::fromLocalFile(QFileInfo(file).absolutePath());
-    end(std::filesystem::path(file.toStdU16String()));
+    const std::filesystem::path path(file.toStdU16String());
+    const auto question =
+        kind_ == Kind::Picture ? ReplaceQuestion::make(path, hasPanelAsked) : std::nullopt;
+    if (!question) {
+        end(path);
+        return;
+    }
+    askToReplace_(*question, [this, path, number = question_](
+                                 bool mayReplace) { answerToReplace(number, path, mayReplace); });
+}
+
+void FilePanels::answerToReplace(int question, const std::filesystem::path& file, bool mayReplace) {
+    // The one who waited may have been turned away meanwhile.
+    if (kind_ == Kind::None || question != question_) {
+        return;
+    }
+    if (mayReplace) {
+        end(file);
+        return;
+    }
+    suggestedName_ = QString::fromStdU16String(file.filename().u16string());
+    Q_EMIT changed();
+}
+
+bool FilePanels::isDesktops(const QObject* dialog) {
+    // The toolkit's own is a child of the dialog in the same window.
+    const auto parts = dialog->findChildren<QObject*>();
+    return std::none_of(parts.begin(), parts.end(),
+        [](const QObject* part) { return part->inherits("QQuickPlatformFileDialog"); });
 }
 
 void FilePanels::dismiss() {

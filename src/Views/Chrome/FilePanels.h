@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Views/Format/ReplaceQuestion.h"
+
 #include <QObject>
 #include <QString>
 #include <QUrl>
@@ -38,7 +40,11 @@ public:
     /// Nothing if the user thought better of it.
     using Answer = std::function<void(const std::optional<std::filesystem::path>&)>;
 
-    explicit FilePanels(QObject* parent = nullptr);
+    /// Puts a question to the user, and is told then whether the file may be replaced.
+    using AskToReplace =
+        std::function<void(const ReplaceQuestion&, std::function<void(bool mayReplace)>)>;
+
+    explicit FilePanels(AskToReplace askToReplace, QObject* parent = nullptr);
 
     void askForModel(Answer answer);
     void askForExportFolder(Answer answer);
@@ -52,8 +58,13 @@ public:
     const QUrl& folder() const { return folder_; }
     QString suggestedName() const { return suggestedName_; }
 
-    /// The user has chosen. What is no file of this machine is no choice.
-    Q_INVOKABLE void accept(const QUrl& place);
+    /// The user has chosen. What is no file of this machine is no choice. A file to be written that
+    /// exists already is asked about unless the panel has done so; if it is to stay, the panel
+    /// comes again with its name.
+    Q_INVOKABLE void accept(const QUrl& place, bool hasPanelAsked = true);
+    /// Whether it is the desktop's own panel that a file dialog has shown, which asks before it
+    /// lets a file be replaced; the one that the toolkit draws itself does not.
+    Q_INVOKABLE static bool isDesktops(const QObject* dialog);
     Q_INVOKABLE void dismiss();
 
 Q_SIGNALS:
@@ -62,11 +73,14 @@ Q_SIGNALS:
 private:
     void ask(Kind kind, Answer answer, const std::string& suggestedName = {});
     void end(const std::optional<std::filesystem::path>& place);
+    void answerToReplace(int question, const std::filesystem::path& file, bool mayReplace);
 
+    AskToReplace askToReplace_;
     Kind kind_ = Kind::None;
     QUrl folder_;
     QString suggestedName_;
     Answer answer_;
+    int question_ = 0; ///< counts what has been asked
 };
 
 } // namespace ostrella

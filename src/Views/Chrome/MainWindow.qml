@@ -159,7 +159,9 @@ ApplicationWindow {
     BrandAlert {
         title: window.model.alertTitle
         text: window.model.alertText
+        buttonText: window.model.alertButton
+        secondButtonText: window.model.alertSecondButton
         visible: window.model.alertTitle !== ""
-        onClosed: window.model.dismissAlert()
+        onAnswered: isFirst => window.model.dismissAlert(isFirst)
     }
 }

@@ -27,6 +27,9 @@ WindowModel::WindowModel(
     : QObject(parent),
       shared_(shared),
       surroundings_(surroundings),
+      files_([this](const ReplaceQuestion& question, std::function<void(bool)> answer) {
+          ask(question.title, question.text, question.replace, question.cancel, std::move(answer));
+      }),
       panel_(shared),
       commands_(shared, panel_, surroundings.words,
           {.exportResults = [this] { exportResults(); },
@@ -135,19 +138,43 @@ QString WindowModel::alertText() const {
     return alerts_.empty() ? QString() : alerts_.front().text;
 }
 
+QString WindowModel::alertButton() const {
+    return alerts_.empty() ? QString() : alerts_.front().button;
+}
+
+QString WindowModel::alertSecondButton() const {
+    return alerts_.empty() ? QString() : alerts_.front().secondButton;
+}
+
 void WindowModel::showAlert(const std::string& title, const std::string& text) {
-    const Alert alert{QString::fromStdString(title), QString::fromStdString(text)};
+    const Alert alert{QString::fromStdString(title), QString::fromStdString(text),
+        QStringLiteral("OK"), QString(), {}};
     // The same again says nothing new.
-    if (std::find(alerts_.begin(), alerts_.end(), alert) == alerts_.end()) {
+    const bool isThere = std::any_of(alerts_.begin(), alerts_.end(), [&](const Alert& other) {
+        return !other.answer && other.title == alert.title && other.text == alert.text;
+    });
+    if (!isThere) {
         alerts_.push_back(alert);
         Q_EMIT alertChanged();
     }
 }
 
-void WindowModel::dismissAlert() {
-    if (!alerts_.empty()) {
-        alerts_.erase(alerts_.begin());
-        Q_EMIT alertChanged();
+void WindowModel::ask(const std::string& title, const std::string& text, const std::string& button,
+    const std::string& secondButton, std::function<void(bool isFirst)> answer) {
+    alerts_.push_back({QString::fromStdString(title), QString::fromStdString(text),
+        QString::fromStdString(button), QString::fromStdString(secondButton), std::move(answer)});
+    Q_EMIT alertChanged();
+}
+
+void WindowModel::dismissAlert(bool isFirst) {
+    if (alerts_.empty()) {
+        return;
+    }
+    const auto answer = std::move(alerts_.front().answer);
+    alerts_.erase(alerts_.begin());
+    Q_EMIT alertChanged();
+    if (answer) {
+        answer(isFirst);
     }
 }
 

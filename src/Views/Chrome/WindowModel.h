@@ -40,9 +40,12 @@ class WindowModel final : public QObject {
     Q_PROPERTY(ostrella::BottomPanelModel* panel READ panel CONSTANT)
     Q_PROPERTY(ostrella::StatusBarModel* statusBar READ statusBar CONSTANT)
     Q_PROPERTY(ostrella::FilePanels* files READ files CONSTANT)
-    /// The warning on show; no title, no warning.
+    /// The warning or question on show; no title, neither.
     Q_PROPERTY(QString alertTitle READ alertTitle NOTIFY alertChanged)
     Q_PROPERTY(QString alertText READ alertText NOTIFY alertChanged)
+    Q_PROPERTY(QString alertButton READ alertButton NOTIFY alertChanged)
+    /// Of a question alone.
+    Q_PROPERTY(QString alertSecondButton READ alertSecondButton NOTIFY alertChanged)
 
 public:
     struct Surroundings {
@@ -72,11 +75,17 @@ public:
     FilePanels* files() { return &files_; }
     QString alertTitle() const;
     QString alertText() const;
+    QString alertButton() const;
+    QString alertSecondButton() const;
 
     /// Shows a warning, after those that are still to be read.
     void showAlert(const std::string& title, const std::string& text);
-    /// The user has read the warning on show.
-    Q_INVOKABLE void dismissAlert();
+    /// Asks a question, after what is still to be read. `answer` is told whether it was the first
+    /// button that was pressed; the second one and Escape mean the same.
+    void ask(const std::string& title, const std::string& text, const std::string& button,
+        const std::string& secondButton, std::function<void(bool isFirst)> answer);
+    /// The user has read the warning on show, or answered the question.
+    Q_INVOKABLE void dismissAlert(bool isFirst = false);
 
 Q_SIGNALS:
     void titleChanged();
@@ -86,7 +95,9 @@ private:
     struct Alert {
         QString title;
         QString text;
-        bool operator==(const Alert&) const = default;
+        QString button;
+        QString secondButton;
+        std::function<void(bool isFirst)> answer;
     };
 
     void observe();

@@ -2,12 +2,17 @@ import QtQuick
 import QtQuick.Templates as T
 import Ostrella.Controls
 
-// A message that waits for an answer.
+// A message that waits to be read, or, with a second button, a question. The second button changes
+// nothing: it has the keyboard at first, and Escape means the same.
 T.Dialog {
     id: alert
 
     property string text: ""
     property string buttonText: "OK"
+    property string secondButtonText: ""
+    property bool isFirst: false
+
+    signal answered(bool isFirst)
 
     parent: T.Overlay.overlay
     anchors.centerIn: parent
@@ -18,7 +23,10 @@ T.Dialog {
     implicitHeight: contentItem.implicitHeight + topPadding + bottomPadding
     closePolicy: T.Popup.CloseOnEscape
 
-    onOpened: button.forceActiveFocus(Qt.PopupFocusReason)
+    onAboutToShow: isFirst = false
+    onOpened: (second.visible ? second : button).forceActiveFocus(Qt.PopupFocusReason)
+    onAccepted: isFirst = true
+    onClosed: answered(isFirst)
 
     contentItem: Column {
         spacing: 0
@@ -55,14 +63,26 @@ T.Dialog {
             width: 1
             height: 16
         }
-        BrandButton {
-            id: button
+        Row {
             anchors.right: parent.right
-            text: alert.buttonText
-            kind: "primary"
-            Keys.onReturnPressed: alert.accept()
-            Keys.onEnterPressed: alert.accept()
-            onClicked: alert.accept()
+            spacing: 8
+
+            BrandButton {
+                id: second
+                visible: alert.secondButtonText !== ""
+                text: alert.secondButtonText
+                Keys.onReturnPressed: alert.reject()
+                Keys.onEnterPressed: alert.reject()
+                onClicked: alert.reject()
+            }
+            BrandButton {
+                id: button
+                text: alert.buttonText
+                kind: "primary"
+                Keys.onReturnPressed: alert.accept()
+                Keys.onEnterPressed: alert.accept()
+                onClicked: alert.accept()
+            }
         }
     }
 

@@ -1,5 +1,7 @@
 #include "Views/Chrome/FilePanels.h"
 
+#include "support/Wait.h"
+
 #include <gtest/gtest.h>
 
 #include <vector>
@@ -16,8 +18,26 @@ protected:
     }
     static QUrl local(const char* path) { return QUrl::fromLocalFile(QString::fromUtf8(path)); }
 
-    FilePanels files;
+    /// The user has chosen a picture that is there already, in a panel that does not ask.
+    QUrl choosePicture() {
+        const auto file = directory_.path() / "a.png";
+        test::writeFile(file, "a picture");
+        files.askForPicture("x.png", keep());
+        const QUrl place = QUrl::fromLocalFile(QString::fromStdString(file.string()));
+        files.accept(place, false);
+        return place;
+    }
+
+    std::vector<std::string> questions;
+    std::function<void(bool)> answerToReplace;
+    FilePanels files{[this](const ReplaceQuestion& question, std::function<void(bool)> mayReplace) {
+        questions.push_back(question.title);
+        answerToReplace = std::move(mayReplace);
+    }};
     std::vector<Place> answers;
+
+private:
+    test::TemporaryDirectory directory_;
 };
 
 TEST_F(FilePanelsTest, AtFirstNothingIsAsked) {
@@ -88,6 +108,55 @@ TEST_F(FilePanelsTest, TellsEachChangeOnce) {
     files.dismiss();
     files.dismiss();
     EXPECT_EQ(changes, 2);
+}
+
+TEST_F(FilePanelsTest, APictureThatIsThereIsReplacedOnlyWhenTheUserSaysSo) {
+    const QUrl place = choosePicture();
+    EXPECT_EQ(
+        questions, std::vector<std::string>{"“a.png” already exists. Do you want to replace it?"});
+    EXPECT_TRUE(answers.empty());
+    answerToReplace(true);
+    EXPECT_EQ(answers, std::vector<Place>{place.toLocalFile().toStdString()});
+    EXPECT_EQ(files.kind(), FilePanels::Kind::None);
+}
+
+TEST_F(FilePanelsTest, IfItIsToStayThePanelComesAgain) {
+    const QUrl place = choosePicture();
+    int changes = 0;
+    QObject::connect(&files, &FilePanels::changed, [&changes] { ++changes; });
+    answerToReplace(false);
+    EXPECT_EQ(changes, 1);
+    EXPECT_EQ(files.kind(), FilePanels::Kind::Picture);
+    EXPECT_EQ(files.suggestedName().toStdString(), "a.png");
+    EXPECT_EQ(files.folder(), place.adjusted(QUrl::RemoveFilename | QUrl::StripTrailingSlash));
+    EXPECT_TRUE(answers.empty());
+}
+
+TEST_F(FilePanelsTest, TheEndingCountsForWhatIsReplaced) {
+    QUrl place = choosePicture();
+    answerToReplace(true);
+    place.setPath(place.path().chopped(4));
+    files.askForPicture("x.png", keep());
+    files.accept(place, false);
+    EXPECT_EQ(questions.size(), 2U);
+}
+
+TEST_F(FilePanelsTest, ADesktopsPanelHasAskedAlready) {
+    const QUrl place = choosePicture();
+    answerToReplace(true);
+    files.askForPicture("x.png", keep());
+    files.accept(place, true);
+    EXPECT_EQ(questions.size(), 1U);
+    EXPECT_EQ(answers.size(), 2U);
+}
+
+TEST_F(FilePanelsTest, TheAnswerToAnOldQuestionCountsForNothing) {
+    choosePicture();
+    files.askForPicture("y.png", keep());
+    EXPECT_EQ(answers, std::vector<Place>{std::nullopt});
+    answerToReplace(true);
+    EXPECT_EQ(answers.size(), 1U);
+    EXPECT_EQ(files.suggestedName().toStdString(), "y.png");
 }
 
 } // namespace

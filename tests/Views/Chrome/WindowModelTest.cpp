@@ -228,5 +228,25 @@ TEST_F(WindowModelTest, WarningsWaitForOneAnother) {
     EXPECT_EQ(changes, 4);
 }
 
+TEST_F(WindowModelTest, AQuestionWaitsForItsAnswer) {
+    std::vector<bool> answers;
+    model.showAlert("Couldn't load STL", "STL file is empty.");
+    EXPECT_EQ(model.alertButton().toStdString(), "OK");
+    EXPECT_TRUE(model.alertSecondButton().isEmpty());
+    for (int i = 0; i < 2; ++i) {
+        model.ask("Do it?", "It takes long.", "Do It", "Cancel",
+            [&answers](bool isFirst) { answers.push_back(isFirst); });
+    }
+    model.dismissAlert();
+    EXPECT_EQ(alert(), "Do it?: It takes long.");
+    EXPECT_EQ(model.alertButton().toStdString(), "Do It");
+    EXPECT_EQ(model.alertSecondButton().toStdString(), "Cancel");
+    EXPECT_TRUE(answers.empty());
+    model.dismissAlert(true);
+    model.dismissAlert(false);
+    EXPECT_EQ(answers, (std::vector<bool>{true, false}));
+    EXPECT_EQ(alert(), ": ");
+}
+
 } // namespace
 } // namespace ostrella::test

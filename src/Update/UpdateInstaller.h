@@ -1,0 +1,104 @@
+#pragma once
+
+#include "Models/Cancellation.h"
+#include "Models/InformationDictionary.h"
+#include "Models/Timers.h"
+#include "Platform/FileDescriptor.h"
+#include "Update/AppcastItem.h"
+#include "Update/UpdateArchive.h"
+
+#include <filesystem>
+#include <functional>
+#include <optional>
+#include <string>
+
+namespace ostrella {
+
+/// Puts another version of the application in the place of the installed one. Beside the root NAME
+/// lie, for as long as they are needed, ".NAME.ostrella-update" with all that is under way, and
+/// "NAME.previous", the version before, until the new one has come up once. Whatever moment the
+/// process or the machine ends at, the next start finds out by them what had been done. Not for
+/// several threads at a time.
+class UpdateInstaller {
+public:
+    struct Options {
+        UpdateArchive::Limits limits = {};
+        /// In one step of the file system where it has such a step; false to test the other way.
+        bool atomically = true;
+        /// Called between the two steps of an exchange.
+        std::function<void()> halfWay = {};
+        TimerService* timers = &TimerService::system();
+    };
+
+    /// The root of an installation that is ours to replace.
+    explicit UpdateInstaller(std::filesystem::path root) : UpdateInstaller(std::move(root), {}) {}
+    UpdateInstaller(std::filesystem::path root, Options options);
+
+    /// What the start of a program finds.
+    struct Recovery {
+        /// The version that did not come up and has been taken back; empty for none.
+        std::string failedVersion;
+        /// The program to become instead: the files of the running one are no longer in place.
+        std::optional<std::filesystem::path> startInstead;
+        /// To be held until the running version has come up: no other start takes it back while
+        /// this one is about to.
+        FileDescriptor claim;
+    };
+
+    /// At the start of the installed program, before anything else of the update: finishes or takes
+    /// back what was interrupted. An update that came up neither under watch nor at its first start
+    /// without is taken back at its second. Throws nothing; what cannot be done is left.
+    Recovery recover();
+
+    /// Unpacks the archive beside the root and checks what is in it: a program that starts, and
+    /// exactly the version that `item` states, newer than `presentVersion`. Blocks the calling
+    /// worker. Throws UpdateRefusal, and CancellationError, and leaves nothing then.
+    void stage(const std::filesystem::path& archive, const AppcastItem& item,
+        const std::string& presentVersion, const CancellationToken& token = {});
+
+    bool isStaged() const;
+    /// Removes what stage() made, and what earlier attempts left that nobody works on.
+    void discard();
+
+    /// Puts the staged version in the place of the installed one. Throws UpdateRefusal, also where
+    /// nothing is staged any more; the installed one is in its place then as before.
+    void exchange();
+    /// Puts the previous version back. Throws UpdateRefusal, with the new one in its place.
+    void rollBack();
+
+    /// The running version has come up: the one before is not needed any more. Removes it; may take
+    /// a while.
+    void confirmStarted();
+
+    std::filesystem::path program() const { return root_ / "bin" / "ostrella"; }
+    /// Where the version before is kept.
+    std::filesystem::path previous() const;
+
+    /// The version that counts for order: the build, where there is one. Empty if none is told.
+    static std::string version(const InformationDictionary& information);
+    /// The same of the copy at `root`.
+    static std::string version(const std::filesystem::path& root);
+
+private:
+    std::filesystem::path beside(const char* prefix, const char* suffix) const;
+    std::filesystem::path work() const;
+    std::filesystem::path ready() const;
+    std::filesystem::path obsolete() const;
+    std::filesystem::path record() const;
+    std::filesystem::path failure() const;
+
+    void takeLock();
+    void check(const std::filesystem::path& tree, const AppcastItem& item,
+        const std::string& presentVersion, const CancellationToken& token) const;
+    void requireThatItStarts(
+        const std::filesystem::path& program, const CancellationToken& token) const;
+    void replaceRoot(const std::filesystem::path& by, const std::filesystem::path& keepAs);
+    bool recoverFromPrevious(Recovery& recovery);
+    void finishExchange(const std::string& installing, Recovery& recovery);
+
+    std::filesystem::path root_;
+    Options options_;
+    FileDescriptor lock_;
+};
+
+} // namespace ostrella

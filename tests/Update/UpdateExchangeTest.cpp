@@ -1,0 +1,220 @@
+// The exchange of two versions, and every moment at which it can be cut short.
+
+#include "Update/InstallerFixture.h"
+
+namespace {
+
+using namespace ostrella;
+using namespace ostrella::test;
+using testing::StartsWith;
+namespace fs = std::filesystem;
+
+/// Both ways: in one step of the file system, and in two.
+class UpdateExchangeTest : public InstallerFixture, public testing::WithParamInterface<bool> {
+protected:
+    UpdateInstaller subject(std::function<void()> halfWay = {}) const {
+        return installer({.atomically = GetParam(), .halfWay = std::move(halfWay)});
+    }
+
+    /// Version 1.1.0 in place, not come up yet, by a process that has ended.
+    void exchangeElsewhere() const {
+        inProcessThatEnds([this] {
+            UpdateInstaller other = subject();
+            stage(other);
+            other.exchange();
+            endProcess();
+        });
+        ASSERT_EQ(installed(), "1.1.0");
+        ASSERT_EQ(UpdateInstaller::version(previous_), "1.0.0");
+    }
+
+    /// Nothing is left to do, and another update can begin.
+    void expectSettled(const std::string& version) const {
+        EXPECT_EQ(installed(), version);
+        UpdateInstaller next = subject();
+        const auto recovery = next.recover();
+        EXPECT_EQ(recovery.failedVersion, "");
+        EXPECT_FALSE(recovery.startInstead);
+        next.discard();
+        EXPECT_EQ(beside(), Names{"ostrella"});
+        makeArchive(archive_, copyEntries("2.0"));
+        next.stage(archive_, item("2.0"), version);
+        next.exchange();
+        EXPECT_EQ(installed(), "2.0");
+    }
+};
+
+INSTANTIATE_TEST_SUITE_P(Ways, UpdateExchangeTest, testing::Bool(),
+    [](const auto& way) { return way.param ? "OneStep" : "TwoSteps"; });
+
+TEST_P(UpdateExchangeTest, TheNewVersionComesUpAndTheOldOneGoes) {
+    exchangeElsewhere();
+    UpdateInstaller next = subject();
+    const auto recovery = next.recover();
+    EXPECT_EQ(recovery.failedVersion, "");
+    EXPECT_FALSE(recovery.startInstead);
+    next.confirmStarted();
+    EXPECT_EQ(beside(), Names{"ostrella"});
+    expectSettled("1.1.0");
+}
+
+TEST_P(UpdateExchangeTest, TheWayBack) {
+    UpdateInstaller both = subject();
+    stage(both);
+    both.exchange();
+    both.rollBack();
+    EXPECT_EQ(installed(), "1.0.0");
+    EXPECT_FALSE(fs::exists(previous_));
+    EXPECT_EQ(readFile(root_ / "libexec/ostrella/SU2_CFD"), "a solver");
+
+    UpdateInstaller next = subject();
+    const auto recovery = next.recover();
+    EXPECT_EQ(recovery.failedVersion, "1.1.0");
+    EXPECT_FALSE(recovery.startInstead);
+}
+
+TEST_P(UpdateExchangeTest, AfterTheWayBackAnotherUpdateCanCome) {
+    inProcessThatEnds([this] {
+        UpdateInstaller both = subject();
+        stage(both);
+        both.exchange();
+        both.rollBack();
+        endProcess();
+    });
+    UpdateInstaller(root_).recover();
+    expectSettled("1.0.0");
+}
+
+TEST_P(UpdateExchangeTest, AVersionThatDoesNotComeUpTwiceIsTakenBack) {
+    exchangeElsewhere();
+    {
+        const auto first = subject().recover();
+        EXPECT_EQ(first.failedVersion, "");
+        EXPECT_FALSE(first.startInstead);
+        EXPECT_EQ(installed(), "1.1.0");
+    }
+    const auto second = subject().recover();
+    EXPECT_EQ(second.failedVersion, "1.1.0");
+    EXPECT_EQ(second.startInstead, root_ / "bin/ostrella");
+
+    // The version before, which that process becomes, is the one to tell of it.
+    const auto third = subject().recover();
+    EXPECT_EQ(third.failedVersion, "1.1.0");
+    EXPECT_FALSE(third.startInstead);
+    expectSettled("1.0.0");
+}
+
+TEST_P(UpdateExchangeTest, WhileOneStartTriesNoOtherTakesItBack) {
+    exchangeElsewhere();
+    auto slow = subject().recover();
+    const auto impatient = subject().recover();
+    EXPECT_EQ(impatient.failedVersion, "");
+    EXPECT_FALSE(impatient.startInstead);
+    EXPECT_EQ(installed(), "1.1.0");
+
+    slow.claim.close();
+    EXPECT_EQ(subject().recover().failedVersion, "1.1.0");
+    EXPECT_EQ(installed(), "1.0.0");
+}
+
+TEST_P(UpdateExchangeTest, EndedBetweenTheStepsOfTheExchange) {
+    inProcessThatEnds([this] {
+        UpdateInstaller other = subject(endProcess);
+        stage(other);
+        other.exchange();
+    });
+    if (GetParam()) {
+        EXPECT_EQ(installed(), "1.1.0");
+        EXPECT_FALSE(subject().recover().startInstead);
+        EXPECT_EQ(UpdateInstaller::version(previous_), "1.0.0");
+        subject().confirmStarted();
+        expectSettled("1.1.0");
+    } else {
+        // Nothing is where it was: only the old version can be started, from where it lies now.
+        ASSERT_FALSE(fs::exists(root_));
+        const auto recovery = UpdateInstaller(previous_).recover();
+        EXPECT_EQ(recovery.startInstead, root_ / "bin/ostrella");
+        expectSettled("1.0.0");
+    }
+}
+
+TEST_P(UpdateExchangeTest, EndedBetweenTheStepsOfTheWayBack) {
+    exchangeElsewhere();
+    inProcessThatEnds([this] { subject(endProcess).rollBack(); });
+    if (GetParam()) {
+        EXPECT_EQ(installed(), "1.0.0");
+        EXPECT_EQ(subject().recover().failedVersion, "1.1.0");
+    } else {
+        ASSERT_FALSE(fs::exists(root_));
+        const auto recovery = UpdateInstaller(previous_).recover();
+        EXPECT_EQ(recovery.startInstead, root_ / "bin/ostrella");
+    }
+    expectSettled("1.0.0");
+}
+
+TEST_P(UpdateExchangeTest, EndedJustBeforeTheExchange) {
+    inProcessThatEnds([this] {
+        UpdateInstaller other = subject();
+        stage(other);
+        writeFile(work_ / "installing", "1.1.0\n");
+        endProcess();
+    });
+    EXPECT_EQ(subject().recover().failedVersion, "");
+    expectSettled("1.0.0");
+}
+
+TEST_P(UpdateExchangeTest, EndedWhileTheOldVersionWasRemoved) {
+    exchangeElsewhere();
+    fs::rename(previous_, work_ / "obsolete");
+    const auto recovery = subject().recover();
+    EXPECT_EQ(recovery.failedVersion, "");
+    EXPECT_FALSE(recovery.startInstead);
+    expectSettled("1.1.0");
+}
+
+TEST_P(UpdateExchangeTest, ARecordOfRubbishIsNone) {
+    writeFile(work_ / "installing", std::string(100'000, 'x') + "\n");
+    EXPECT_FALSE(subject().recover().startInstead);
+    EXPECT_EQ(installed(), "1.0.0");
+    fs::remove_all(work_);
+    fs::create_directories(work_ / "installing");
+    EXPECT_FALSE(subject().recover().startInstead);
+    EXPECT_EQ(installed(), "1.0.0");
+}
+
+TEST_F(InstallerFixture, AnExchangeThatFailsHalfWayIsUndone) {
+    UpdateInstaller subject =
+        installer({.atomically = false, .halfWay = [this] { fs::remove_all(work_ / "ready"); }});
+    stage(subject);
+    EXPECT_THAT(
+        refusal([&] { subject.exchange(); }), StartsWith("Update refused · Cannot rename "));
+    EXPECT_EQ(installed(), "1.0.0");
+    EXPECT_FALSE(fs::exists(previous_));
+    subject.discard();
+    EXPECT_EQ(beside(), Names{"ostrella"});
+}
+
+TEST_P(UpdateExchangeTest, WithoutTheVersionBeforeThereIsNoWayBack) {
+    exchangeElsewhere();
+    fs::remove_all(previous_);
+    EXPECT_EQ(InstallerFixture::refusal([&] { subject().rollBack(); }),
+        "Update refused · There is no previous version to go back to.");
+    EXPECT_EQ(installed(), "1.1.0");
+}
+
+TEST_P(UpdateExchangeTest, AFolderThatHasBecomeReadOnlyKeepsItsVersion) {
+    makeArchive(archive_, copyEntries("1.1.0"));
+    const OrdinaryUser user(root_.parent_path());
+    UpdateInstaller both = subject();
+    both.stage(archive_, item("1.1.0"), "1.0.0");
+    fs::permissions(root_.parent_path(), fs::perms(0555));
+    EXPECT_THAT(InstallerFixture::refusal([&] { both.exchange(); }),
+        StartsWith("Update refused · Cannot "));
+    EXPECT_EQ(installed(), "1.0.0");
+    EXPECT_FALSE(fs::exists(previous_));
+    fs::permissions(root_.parent_path(), fs::perms(0755));
+    both.exchange();
+    EXPECT_EQ(installed(), "1.1.0");
+}
+
+} // namespace

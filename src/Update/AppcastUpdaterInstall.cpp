@@ -1,0 +1,187 @@
+// From the user's word to the new version in its place.
+
+#include "Models/MainThread.h"
+#include "Solver/Tools/Background.h"
+#include "Update/AppcastUpdater.h"
+#include "Update/UpdateDownload.h"
+#include "Update/UpdateRefusal.h"
+#include "Update/UpdateRestart.h"
+#include "Update/UpdateSignature.h"
+#include "Update/UpdaterDelegate.h"
+
+#include <QPointer>
+
+#include <cstdio>
+#include <exception>
+#include <mutex>
+#include <system_error>
+#include <utility>
+
+namespace ostrella {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+/// When the log is not on show any more.
+void tellOnTerminal(const std::string& line) {
+    std::fputs(("ostrella: " + line + "\n").c_str(), stderr);
+}
+
+} // namespace
+
+void AppcastUpdater::install() {
+    if (!isShown(Stage::found)) {
+        return;
+    }
+    if (session_.item.signature.empty()) {
+        fail(UpdateRefusal("The update archive bears no signature.").what());
+        return;
+    }
+    UpdateSession next = session_;
+    next.stage = Stage::downloading;
+    next.expected = next.item.archiveLength;
+    setSession(std::move(next));
+    download_->fetchArchive(
+        feed_, session_.item,
+        [this](std::int64_t received, std::int64_t expected) {
+            session_.received = received;
+            session_.expected = expected;
+            Q_EMIT sessionChanged();
+        },
+        [this](const fs::path& archive) { prepare(archive); },
+        [this](const std::string& line) { fail(line); });
+}
+
+void AppcastUpdater::prepare(const fs::path& archive) {
+    // Its place is taken by the new one.
+    ready_.reset();
+    setStage(Stage::preparing);
+    cancellation_ = CancellationSource();
+    const auto preparation = ++preparations_;
+    const auto finish = [self = QPointer<AppcastUpdater>(this), preparation](
+                            const std::string& refusal) {
+        MainThread::post([self, preparation, refusal] {
+            if (self && self->preparations_ == preparation) {
+                self->finishPreparing(refusal);
+            }
+        });
+    };
+    Background::run(
+        [work = work_, archive, item = session_.item, key = key_, present = presentVersion_,
+            token = cancellation_.token(), finish] {
+            const std::lock_guard lock(work->mutex);
+            try {
+                token.throwIfCancelled();
+                UpdateSignature::verify(archive, item.signature, key);
+                work->installer.stage(archive, item, present, token);
+                finish("");
+            } catch (const CancellationError&) {
+                // Nobody waits for it.
+            } catch (const UpdateRefusal& refusal) {
+                finish(refusal.what());
+            } catch (const std::exception& error) {
+                finish(UpdateRefusal(error.what()).what());
+            }
+        },
+        Background::Priority::userInitiated);
+}
+
+void AppcastUpdater::finishPreparing(const std::string& refusal) {
+    download_->discardArchives();
+    if (!refusal.empty()) {
+        fail(refusal);
+        return;
+    }
+    ready_ = session_.item;
+    setStage(Stage::ready);
+}
+
+void AppcastUpdater::installAndRestart() {
+    if (!isShown(Stage::ready) || !ready_) {
+        return;
+    }
+    const auto later = [self = QPointer<AppcastUpdater>(this)] {
+        if (self) {
+            self->relaunch();
+        }
+    };
+    if (delegate_ && delegate_->shouldPostponeRelaunch(*ready_, later)) {
+        endSession();
+    } else {
+        relaunch();
+    }
+}
+
+void AppcastUpdater::exchange() {
+    ready_.reset();
+    const std::lock_guard lock(work_->mutex);
+    try {
+        work_->installer.exchange();
+    } catch (const UpdateRefusal&) {
+        work_->installer.discard();
+        throw;
+    }
+}
+
+void AppcastUpdater::relaunch() {
+    if (!ready_) {
+        return;
+    }
+    UpdateSession next{.stage = Stage::ready, .item = *ready_, .userInitiated = true};
+    try {
+        exchange();
+    } catch (const UpdateRefusal& refusal) {
+        isShown_ = true;
+        setSession(std::move(next));
+        fail(refusal.what());
+        return;
+    }
+    restarts_ = true;
+    endSession();
+    surroundings_.quit();
+}
+
+void AppcastUpdater::confirmStarted(std::function<void()> done) {
+    // First, so that nobody waits for what follows.
+    UpdateRestart::confirm();
+    Background::run([work = work_, done = std::move(done)]() mutable {
+        {
+            const std::lock_guard lock(work->mutex);
+            work->installer.confirmStarted();
+        }
+        if (done) {
+            MainThread::post(std::move(done));
+        }
+    });
+}
+
+void AppcastUpdater::installAtQuit() {
+    UpdateInstaller& installer = work_->installer;
+    if (ready_) {
+        try {
+            exchange();
+        } catch (const UpdateRefusal& refusal) {
+            tellOnTerminal(refusal.what());
+        }
+    }
+    if (!std::exchange(restarts_, false) ||
+        UpdateRestart::startAndWatch(installer.program(), surroundings_.patience)) {
+        return;
+    }
+    try {
+        installer.rollBack();
+        tellOnTerminal(UpdateRefusal("The new version did not start.").what());
+    } catch (const UpdateRefusal& refusal) {
+        tellOnTerminal(refusal.what());
+    }
+    UpdateRestart::start(installer.program());
+}
+
+UpdateInstaller::Recovery AppcastUpdater::recover(const fs::path& root) {
+    std::error_code error;
+    const fs::path whole = fs::canonical(root, error);
+    return UpdateInstaller(error ? root : whole).recover();
+}
+
+} // namespace ostrella

@@ -1,0 +1,97 @@
+#include "Views/Updates/UpdateWindow.h"
+
+#include "Models/Precondition.h"
+#include "Views/Updates/UpdateWindowModel.h"
+
+#include <QGuiApplication>
+#include <QQmlComponent>
+#include <QScreen>
+#include <QUrl>
+#include <QVariant>
+
+#include <algorithm>
+#include <utility>
+
+namespace ostrella {
+
+void useControlsModule();
+void useSidebarModule();
+void useUpdatesModule();
+
+UpdateWindow::UpdateWindow(
+    UpdateWindowModel& model, QQmlEngine& engine, QWindow& mainWindow, QObject* parent)
+    : QObject(parent), model_(model), engine_(engine), mainWindow_(mainWindow) {
+    connect(&model_, &UpdateWindowModel::stageChanged, this, &UpdateWindow::follow);
+    connect(qGuiApp, &QGuiApplication::focusWindowChanged, this, &UpdateWindow::follow);
+    follow();
+}
+
+UpdateWindow::~UpdateWindow() = default;
+
+void UpdateWindow::follow() {
+    if (!model_.isShown()) {
+        if (window_) {
+            window_->hide();
+        }
+        isNew_ = true;
+        wasAskedFor_ = false;
+        return;
+    }
+    const bool isAskedFor = model_.session().userInitiated;
+    // What came by itself may be asked for afterwards.
+    const bool isAskedForNow = isAskedFor && !std::exchange(wasAskedFor_, isAskedFor);
+    const bool isInFront = QGuiApplication::focusWindow() != nullptr;
+    if (isAskedForNow || (isNew_ && isInFront)) {
+        isNew_ = false;
+        show();
+    }
+}
+
+void UpdateWindow::bringToFront() {
+    if (model_.isShown()) {
+        isNew_ = false;
+        show();
+    }
+}
+
+void UpdateWindow::show() {
+    if (!window_) {
+        make();
+    }
+    if (!window_->isVisible()) {
+        centre();
+    }
+    window_->show();
+    window_->raise();
+    window_->requestActivate();
+}
+
+void UpdateWindow::make() {
+    useControlsModule();
+    useSidebarModule();
+    useUpdatesModule();
+    QQmlComponent component(
+        &engine_, QUrl(QStringLiteral("qrc:/qt/qml/Ostrella/Updates/UpdateWindow.qml")));
+    std::unique_ptr<QObject> made(component.createWithInitialProperties(
+        {{QStringLiteral("model"), QVariant::fromValue(&model_)}}));
+    auto* window = qobject_cast<QQuickWindow*>(made.get());
+    precondition(window != nullptr, "the update window's description is whole");
+    static_cast<void>(made.release());
+    window_.reset(window);
+}
+
+void UpdateWindow::centre() {
+    const QRect around =
+        mainWindow_.isVisible() ? mainWindow_.geometry() : window_->screen()->availableGeometry();
+    const QRect room =
+        (mainWindow_.screen() ? mainWindow_.screen() : window_->screen())->availableGeometry();
+    QRect place(QPoint(), window_->size());
+    place.moveCenter(around.center());
+    place.moveLeft(std::clamp(place.left(), room.left(),
+        std::max(room.left(), room.left() + room.width() - place.width())));
+    place.moveTop(std::clamp(place.top(), room.top(),
+        std::max(room.top(), room.top() + room.height() - place.height())));
+    window_->setPosition(place.topLeft());
+}
+
+} // namespace ostrella

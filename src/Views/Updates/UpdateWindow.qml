@@ -1,0 +1,273 @@
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import Ostrella.Controls
+import Ostrella.Sidebar
+import Ostrella.Updates
+
+// The window of a search for an update and of what comes of it. It is as tall as what it has to
+// say, as far as the screen has room.
+Window {
+    id: window
+
+    required property UpdateWindowModel model
+    readonly property real margin: 20
+    readonly property real room: Screen.desktopAvailableHeight > 0
+        ? Screen.desktopAvailableHeight - 80 : 1e6
+    // What is not the head's, at least and at most.
+    readonly property real least: margin + notesArea.least + links.wanted + margin + foot.height
+    readonly property real wanted: Math.ceil(Math.min(room,
+        head.wanted + least - notesArea.least + notesArea.wanted))
+
+    function takeKeyboard() {
+        const first = model.firstButton < 0 ? null : buttons.itemAt(model.firstButton);
+        (first ?? content).forceActiveFocus(Qt.OtherFocusReason);
+    }
+
+    component Answer: BrandButton {
+        required property var modelData
+        required property int index
+
+        text: modelData.text
+        kind: modelData.isPrimary ? "primary" : "secondary"
+        onClicked: window.model.press(index)
+        // One button takes another's place under the pointer: the second half of a double click on
+        // the one is not meant for the other.
+        onDoubleClicked: {}
+        Keys.onReturnPressed: window.model.press(index)
+        Keys.onEnterPressed: window.model.press(index)
+    }
+
+    title: model.windowTitle
+    flags: Qt.Dialog
+    color: Theme.surfaceBase
+    width: Math.min(480 * Theme.lengthScale, Math.max(320, Screen.desktopAvailableWidth))
+    height: wanted
+    minimumWidth: width
+    maximumWidth: width
+    minimumHeight: wanted
+    maximumHeight: wanted
+    onVisibleChanged: {
+        if (visible)
+            Qt.callLater(takeKeyboard);
+    }
+    onClosing: model.close()
+
+    Connections {
+        target: window.model
+
+        function onStageChanged() {
+            // When the buttons of the stage are there.
+            Qt.callLater(window.takeKeyboard);
+        }
+    }
+
+    Shortcut {
+        sequences: ["Ctrl+W", "Esc"]
+        onActivated: window.close()
+    }
+
+    Item {
+        id: content
+
+        anchors.fill: parent
+        focus: true
+        Accessible.role: Accessible.Grouping
+        Accessible.name: window.model.title
+        Accessible.description: window.model.showsProgress ? window.model.progress
+            : window.model.detail
+
+        // The headline and its sentence, or a bar of the same height at least.
+        Item {
+            id: head
+
+            readonly property real most: Math.max(60, window.room - window.least)
+            readonly property real wanted: Math.max(Theme.progressHeight,
+                Math.min(window.model.showsProgress ? bar.implicitHeight
+                    : words.height + (detail.visible ? 6 + detail.wanted : 0), most,
+                    280 * Theme.lengthScale))
+
+            x: window.margin
+            y: window.margin
+            width: parent.width - 2 * window.margin
+            height: wanted
+
+            RunProgressBar {
+                id: bar
+
+                width: parent.width
+                visible: window.model.showsProgress
+                title: window.model.title
+                detail: window.model.progress
+                value: window.model.progress
+                fraction: window.model.fraction
+
+                Spinner {
+                    visible: window.model.isBusy && bar.visible
+                    anchors.right: parent.right
+                    anchors.rightMargin: 12
+                    anchors.verticalCenter: parent.verticalCenter
+                }
+            }
+
+            Item {
+                id: words
+
+                readonly property real lead: spinner.visible || mark.visible
+                    ? 24 * Theme.lengthScale : 0
+
+                width: parent.width
+                height: headline.height
+                visible: !window.model.showsProgress
+
+                Spinner {
+                    id: spinner
+
+                    visible: window.model.isBusy && !window.model.showsProgress
+                    y: (18 * Theme.lengthScale - height) / 2
+                    size: 14 * Theme.lengthScale
+                }
+
+                Symbol {
+                    id: mark
+
+                    visible: window.model.symbol !== ""
+                    name: window.model.symbol
+                    size: 16 * Theme.lengthScale
+                    y: (18 * Theme.lengthScale - height) / 2
+                    color: window.model.isFailure ? Theme.statusError : Theme.statusSuccess
+                }
+
+                Text {
+                    id: headline
+
+                    x: words.lead
+                    width: words.width - x
+                    text: window.model.title
+                    font: Theme.bodyMedium
+                    color: window.model.isFailure ? Theme.statusError : Theme.textPrimary
+                    lineHeight: 18 * Theme.lengthScale
+                    lineHeightMode: Text.FixedHeight
+                    wrapMode: Text.Wrap
+                    textFormat: Text.PlainText
+                    Accessible.role: window.model.isFailure ? Accessible.AlertMessage
+                        : Accessible.StaticText
+                    Accessible.name: text
+                }
+            }
+
+            ScrolledText {
+                id: detail
+
+                visible: text !== "" && !window.model.showsProgress
+                x: words.lead
+                y: words.height + 6
+                width: parent.width - x
+                height: Math.max(0, head.height - y)
+                text: window.model.detail
+            }
+        }
+
+        Item {
+            id: notesArea
+
+            readonly property real chrome: caption.height + 8 + 16
+            readonly property real least: visible ? chrome + 72 * Theme.lengthScale : 0
+            readonly property real wanted: visible
+                ? chrome + Math.min(Math.max(notes.wanted, 72 * Theme.lengthScale),
+                    200 * Theme.lengthScale) : 0
+
+            visible: window.model.notes !== ""
+            x: window.margin
+            y: head.y + head.height + 16
+            width: parent.width - 2 * window.margin
+            height: Math.max(0, foot.y - window.margin - links.wanted - y)
+
+            SectionLabel {
+                id: caption
+
+                text: window.model.notesTitle
+            }
+
+            ScrolledText {
+                id: notes
+
+                y: caption.height + 8
+                width: parent.width
+                height: Math.max(0, parent.height - y)
+                boxed: true
+                text: window.model.notes
+            }
+        }
+
+        Column {
+            id: links
+
+            readonly property real wanted: visible ? height + 12 : 0
+
+            visible: window.model.notesLink !== "" || window.model.pageLink !== ""
+            x: window.margin
+            y: foot.y - window.margin - height
+            spacing: 8
+
+            LinkButton {
+                id: notesLink
+
+                visible: text !== ""
+                text: window.model.notesLink
+                onClicked: window.model.openNotes()
+            }
+
+            LinkButton {
+                id: pageLink
+
+                visible: text !== ""
+                text: window.model.pageLink
+                onClicked: window.model.openPage()
+            }
+        }
+
+        Item {
+            id: foot
+
+            y: parent.height - height
+            width: parent.width
+            height: Theme.buttonHeight + 32
+
+            Hairline {
+                edge: Qt.TopEdge
+            }
+
+            Row {
+                x: window.margin
+                y: 16
+                spacing: 8
+
+                Repeater {
+                    model: window.model.buttons
+
+                    Answer {
+                        visible: modelData.isApart
+                    }
+                }
+            }
+
+            Row {
+                anchors.right: parent.right
+                anchors.rightMargin: window.margin
+                y: 16
+                spacing: 8
+
+                Repeater {
+                    id: buttons
+
+                    model: window.model.buttons
+
+                    Answer {
+                        visible: !modelData.isApart
+                    }
+                }
+            }
+        }
+    }
+}

@@ -45,3 +45,23 @@ function(ostrella_stage_tools)
         file(CREATE_LINK "ostrella-preview-solver" "${OSTRELLA_STAGE_TOOLS}/SU2_CFD" SYMBOLIC)
     endif()
 endfunction()
+
+# ostrella_stage_information()
+# Stages what the package says of itself: the project's version and where updates come from. What is
+# not set is left out.
+function(ostrella_stage_information)
+    set(information "{}")
+    foreach(entry
+        "CFBundleShortVersionString=${PROJECT_VERSION}"
+        "CFBundleVersion=${OSTRELLA_BUILD}"
+        "SUFeedURL=${OSTRELLA_UPDATE_FEED}"
+        "SUPublicEDKey=${OSTRELLA_UPDATE_KEY}")
+        string(REGEX MATCH "^([^=]*)=(.*)$" whole "${entry}")
+        set(key "${CMAKE_MATCH_1}")
+        string(REGEX REPLACE "([\\\"])" "\\\\\\1" value "${CMAKE_MATCH_2}")
+        if(NOT value STREQUAL "")
+            string(JSON information SET "${information}" "${key}" "\"${value}\"")
+        endif()
+    endforeach()
+    file(GENERATE OUTPUT "${OSTRELLA_STAGE_SHARE}/Info.json" CONTENT "${information}\n")
+endfunction()

@@ -1,6 +1,13 @@
 #include "Platform/AppBundle.h"
 
 #include <QCoreApplication>
+#ifdef __APPLE__
+#include <QSettings>
+#else
+#include <QFile>
+#include <QJsonDocument>
+#include <QJsonObject>
+#endif
 
 #include <fstream>
 #include <utility>
@@ -21,6 +28,8 @@ constexpr int levelsAboveProgram = 3;
 constexpr std::string_view toolsPlace = "libexec/ostrella";
 constexpr std::string_view resourcesPlace = "share/ostrella";
 constexpr int levelsAboveProgram = 2;
+/// Bytes; what a package says of itself takes a few hundred.
+constexpr qint64 largestInformation = 1 << 16;
 #endif
 
 } // namespace
@@ -69,6 +78,52 @@ std::optional<std::string> AppBundle::solverRelease() const {
     }
     return release;
 }
+
+#ifdef __APPLE__
+std::optional<InformationDictionary> AppBundle::information() const {
+    const fs::path file = root_ / "Contents" / "Info.plist";
+    std::error_code error;
+    if (!fs::is_regular_file(file, error)) {
+        return std::nullopt;
+    }
+    const QSettings list(QString::fromStdString(file.string()), QSettings::NativeFormat);
+    InformationDictionary info;
+    for (const QString& key : list.allKeys()) {
+        if (const QVariant value = list.value(key); value.typeId() == QMetaType::QString) {
+            info.emplace(key.toStdString(), value.toString().toStdString());
+        }
+    }
+    return list.status() == QSettings::NoError ? std::optional(info) : std::nullopt;
+}
+#else
+std::optional<InformationDictionary> AppBundle::information() const {
+    const fs::path place = resourcesDirectory() / "Info.json";
+    QFile file(QString::fromStdString(place.string()));
+    std::error_code error;
+    if (!fs::is_regular_file(place, error) || !file.open(QIODevice::ReadOnly)) {
+        return std::nullopt;
+    }
+    const QByteArray text = file.read(largestInformation + 1);
+    const QJsonDocument document = QJsonDocument::fromJson(text);
+    if (text.size() > largestInformation || !document.isObject()) {
+        return std::nullopt;
+    }
+    InformationDictionary info;
+    const QJsonObject object = document.object();
+    for (auto entry = object.begin(); entry != object.end(); ++entry) {
+        const QJsonValue value = *entry;
+        const std::string key = entry.key().toStdString();
+        if (value.isString()) {
+            info.emplace(key, value.toString().toStdString());
+        } else if (value.isBool()) {
+            info.emplace(key, value.toBool());
+        } else if (value.isDouble()) {
+            info.emplace(key, value.toDouble());
+        }
+    }
+    return info;
+}
+#endif
 
 std::string AppBundle::version() {
     return OSTRELLA_VERSION;

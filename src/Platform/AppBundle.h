@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Models/InformationDictionary.h"
+
 #include <filesystem>
 #include <optional>
 #include <string>
@@ -33,7 +35,10 @@ public:
     /// Release of the real solver as recorded when it was staged, such as "8.3.0".
     std::optional<std::string> solverRelease() const;
 
-    /// The application's version, as shown to the user.
+    /// What the package says of itself; nothing where its file is missing or unreadable.
+    std::optional<InformationDictionary> information() const;
+
+    /// The version that the running program was built as.
     static std::string version();
 
 private:

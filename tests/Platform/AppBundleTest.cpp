@@ -62,5 +62,41 @@ TEST_F(AppBundleTest, TheSolversReleaseIsReadIfItWasRecorded) {
     EXPECT_EQ(bundle_.solverRelease(), std::nullopt);
 }
 
+TEST_F(AppBundleTest, TellsWhatThePackageSaysOfItself) {
+    test::writeFile(share_ / "Info.json",
+        "{\"CFBundleShortVersionString\": \"1.2.0\", \"CFBundleVersion\": \"345\", "
+        "\"number\": 1.5, \"yes\": true, \"list\": [1], \"nothing\": null}\n");
+    EXPECT_EQ(
+        bundle_.information(), (InformationDictionary{{"CFBundleShortVersionString", "1.2.0"},
+                                   {"CFBundleVersion", "345"}, {"number", 1.5}, {"yes", true}}));
+}
+
+TEST_F(AppBundleTest, TellsNothingFromAFileThatIsMissingOrRubbish) {
+    const fs::path file = share_ / "Info.json";
+    EXPECT_EQ(bundle_.information(), std::nullopt);
+    for (const std::string& text : {std::string(), std::string("{"), std::string("[\"a\"]"),
+             std::string("\0\1\2", 3), "{\"a\": \"" + std::string(1 << 16, 'x') + "\"}"}) {
+        test::writeFile(file, text);
+        EXPECT_EQ(bundle_.information(), std::nullopt) << text.substr(0, 20);
+    }
+    fs::remove(file);
+    fs::create_directories(file);
+    EXPECT_EQ(bundle_.information(), std::nullopt);
+    test::writeFile(file.parent_path() / "another.json", "{}");
+    fs::remove(file);
+    fs::create_symlink("/dev/zero", file);
+    EXPECT_EQ(bundle_.information(), std::nullopt);
+}
+
+TEST_F(AppBundleTest, ThePackageIsOfTheVersionThatItsProgramsTell) {
+    const auto info = AppBundle(OSTRELLA_STAGE_DIR).information();
+    ASSERT_TRUE(info);
+    EXPECT_EQ(stringOf(*info, InformationKeys::version), AppBundle::version());
+    // What was not set is not there; an empty address would be a feed that fails.
+    for (const std::string_view key : {InformationKeys::feed, InformationKeys::key}) {
+        EXPECT_NE(stringOf(*info, key), "");
+    }
+}
+
 } // namespace
 } // namespace ostrella

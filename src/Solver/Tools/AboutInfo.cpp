@@ -1,5 +1,6 @@
 #include "Solver/Tools/AboutInfo.h"
 
+#include "Models/UpdatePolicy.h"
 #include "Platform/ChildProcess.h"
 #include "Platform/FileDescriptor.h"
 #include "Platform/PipeReader.h"
@@ -20,7 +21,6 @@ namespace ostrella::AboutInfo {
 
 namespace {
 
-constexpr std::string_view packagedRelease = "8.5.0";
 constexpr std::string_view standInLine = "Built-in preview solver · SU2 not packaged";
 /// As much as is looked at of a program and of what it prints.
 constexpr std::size_t headSize = 4096;
@@ -112,6 +112,10 @@ std::string versionOutput(const std::filesystem::path& program, TimerService& ti
 }
 
 } // namespace
+
+std::string versionLine(const std::optional<InformationDictionary>& info) {
+    return "Version " + UpdatePolicy::versionText(info);
+}
 
 std::vector<Architecture> architectures(std::span<const std::byte> machOHeader) {
     std::vector<Architecture> list;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Models/InformationDictionary.h"
 #include "Models/PlatformWords.h"
 #include "Models/Timers.h"
 #include "Platform/AppBundle.h"
@@ -15,6 +16,12 @@ namespace ostrella {
 
 /// What the two tools of the package really are. Every failure of a probe turns into a text.
 namespace AboutInfo {
+
+/// The release of SU2 that is meant where none is recorded.
+inline constexpr std::string_view packagedRelease = "8.5.0";
+
+/// "Version 1.2.0 (345)", after UpdatePolicy::versionText.
+std::string versionLine(const std::optional<InformationDictionary>& info);
 
 /// Processors that a program can be built for.
 enum class Architecture { arm64, x86_64 };

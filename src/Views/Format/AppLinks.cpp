@@ -7,7 +7,6 @@ namespace ostrella::AppLinks {
 const std::string_view help = OSTRELLA_HELP_ADDRESS;
 const std::string_view site = OSTRELLA_SITE_ADDRESS;
 const std::string_view rights = OSTRELLA_RIGHTS_LINE;
-const std::string_view updateFeed = OSTRELLA_UPDATE_FEED_ADDRESS;
 
 std::string helpToolTip() {
     return fmt::format("Help on {}", shownAddress(help));

@@ -14,8 +14,6 @@ extern const std::string_view help;
 extern const std::string_view site;
 /// The line with the rights in the product; may be empty.
 extern const std::string_view rights;
-/// Address of the update feed; empty where there are no updates.
-extern const std::string_view updateFeed;
 
 /// Tool tip of the help item, which names the site.
 std::string helpToolTip();

@@ -1,5 +1,7 @@
 #include "Ostrella/OstrellaApp.h"
 
+#include "Update/UpdateController.h"
+
 #include <QFileInfo>
 
 #include <utility>
@@ -18,8 +20,14 @@ OstrellaApp::OstrellaApp(RunEnvironment environment, PreferenceStore& preference
           }),
       samples(environment.bundle, importer, alert) {}
 
+OstrellaApp::~OstrellaApp() = default;
+
 void OstrellaApp::start() {
     simulation.configure(parameters, logStore, renderSettings, historyStore, appSettings);
+    if (updates) {
+        updates->attach(simulation, logStore);
+        updates->startAfterLaunch();
+    }
 }
 
 void OstrellaApp::openURL(const QUrl& url) {

@@ -12,7 +12,11 @@
 
 #include <QUrl>
 
+#include <memory>
+
 namespace ostrella {
+
+class UpdateController;
 
 /// Owns the shared objects for the whole life of the process and wires them; no logic beyond that.
 /// The desktop application and the batch program each make one. Main thread only.
@@ -23,8 +27,10 @@ public:
 
     OstrellaApp(RunEnvironment environment, PreferenceStore& preferences,
         const LogStore::BootFacts& bootFacts, Alert alert);
+    ~OstrellaApp();
 
-    /// Wires the controller; once, when the window's content appears.
+    /// Wires the controller, and the updates where there are any; once, when the window's content
+    /// appears.
     void start();
 
     /// Takes a document handed over from outside. What is no file, no STL, or comes during a run is
@@ -40,6 +46,8 @@ public:
     SimulationController simulation;
     STLImporter importer;
     SampleLoader samples;
+    /// Of an application with a window, which sets it once before start(); null in a batch run.
+    std::unique_ptr<UpdateController> updates;
 };
 
 } // namespace ostrella

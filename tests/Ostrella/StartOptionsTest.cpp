@@ -1,5 +1,7 @@
 #include "Ostrella/StartOptions.h"
 
+#include "Platform/AppBundle.h"
+
 #include <gmock/gmock.h>
 
 namespace ostrella {
@@ -57,7 +59,7 @@ TEST(StartOptions, Help) {
 TEST(StartOptions, Version) {
     const StartReply reply = replyTo({"--version"});
     EXPECT_FALSE(reply.isError);
-    EXPECT_THAT(reply.text, testing::MatchesRegex("Ostrella [0-9]+\\.[0-9]+.*\n"));
+    EXPECT_EQ(reply.text, "Ostrella " + AppBundle::version() + "\n");
 }
 
 TEST(StartOptions, UnknownOptions) {

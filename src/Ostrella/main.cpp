@@ -1,6 +1,7 @@
 // ostrella: the application with its window.
 
 #include "Models/MainThread.h"
+#include "Ostrella/ApplicationUpdates.h"
 #include "Ostrella/OstrellaApp.h"
 #include "Ostrella/StartOptions.h"
 #include "Platform/AppBundle.h"
@@ -32,7 +33,14 @@
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
+#include <filesystem>
+#include <functional>
 #include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include <unistd.h>
 
 using namespace ostrella;
 
@@ -53,6 +61,20 @@ void endAtOnce() {
     ChildProcess::killAllForGood();
     std::fflush(nullptr);
     std::_Exit(EXIT_FAILURE);
+}
+
+/// Ends this process as the start of another program, with the same documents.
+void become(const std::filesystem::path& program, const HandOver& start) {
+    std::vector<std::string> words{program.string()};
+    for (const auto& document : start.documents) {
+        words.push_back(document.string());
+    }
+    std::vector<char*> arguments;
+    for (std::string& word : words) {
+        arguments.push_back(word.data());
+    }
+    arguments.push_back(nullptr);
+    ::execv(program.c_str(), arguments.data());
 }
 
 /// For measuring: the moment on the machine's steady clock, which every program reads alike.
@@ -82,11 +104,17 @@ QIcon applicationIcon() {
 }
 
 int perform(const HandOver& start) {
-    SingleInstance instance(SingleInstance::usualSocket());
-    if (instance.start(start) == SingleInstance::Role::second) {
+    auto instance = std::make_unique<SingleInstance>(SingleInstance::usualSocket());
+    if (instance->start(start) == SingleInstance::Role::second) {
         return EXIT_SUCCESS;
     }
     const MainThread mainThread;
+    ApplicationUpdates updates(AppBundle::main());
+    if (updates.startInstead()) {
+        instance.reset();
+        become(*updates.startInstead(), start);
+        return EXIT_FAILURE;
+    }
     if (!GraphicsChoice::settle()) {
         giveUp(std::string(SystemFacts::words().requiredGraphics));
         return QGuiApplication::exec();
@@ -96,21 +124,30 @@ int perform(const HandOver& start) {
     const auto alert = [&window](const std::string& message, const std::string& text) {
         window->model().showAlert(message, text);
     };
+    const LogStore::BootFacts bootFacts =
+        SystemFacts::bootFacts(GraphicsChoice::label(SystemFacts::words()));
     OstrellaApp app({AppBundle::main(), QDir::tempPath().toStdString(), &SystemFacts::words()},
-        preferences, SystemFacts::bootFacts(GraphicsChoice::label(SystemFacts::words())), alert);
+        preferences, bootFacts, alert);
     const DesktopAppearance appearance;
     const auto end = [] { QGuiApplication::exit(EXIT_SUCCESS); };
+    app.updates = updates.makeController({.preferences = preferences,
+        .log = app.logStore,
+        .ask = [&window](const UpdateAlert& question,
+                   std::function<void(bool)> reply) { window->ask(question, std::move(reply)); },
+        .quit = end});
+    const auto openAddress = [](const std::string& address) {
+        QDesktopServices::openUrl(QUrl(QString::fromStdString(address)));
+    };
     window = std::make_unique<MainWindow>(app,
         WindowModel::Surroundings{.words = SystemFacts::words(),
             .preferences = preferences,
             .temporaryDirectory = QDir::tempPath().toStdString(),
-            .openAddress =
-                [](const std::string& address) {
-                    QDesktopServices::openUrl(QUrl(QString::fromStdString(address)));
-                },
+            .openAddress = openAddress,
             .quit = end},
-        appearance);
-    auto link = std::make_unique<DesktopLink>(app, *window, instance);
+        appearance,
+        PackageFacts{.updates = app.updates.get()});
+    auto link = std::make_unique<DesktopLink>(app, *window, *instance);
+    auto updateLink = updates.showSessions(*window, openAddress);
     TerminationSignals signals;
     QObject::connect(&signals, &TerminationSignals::requested, window.get(), end);
     QObject::connect(window.get(), &MainWindow::closed, window.get(), end);
@@ -124,6 +161,9 @@ int perform(const HandOver& start) {
         }
     });
     tellFirstFrame(*window);
+    QObject::connect(
+        &window->window(), &QQuickWindow::frameSwapped, window.get(),
+        [&updates] { updates.confirmStarted(); }, Qt::SingleShotConnection);
     window->show();
     app.start();
     for (const auto& document : start.documents) {
@@ -133,15 +173,20 @@ int perform(const HandOver& start) {
     // Nothing waits for a run under way: it ends with the process, and its programs here.
     window->hide();
     ChildProcess::killAllForGood();
-    // Both show what the shared objects hold.
+    // All of them show what the shared objects hold.
+    updateLink.reset();
     link.reset();
     window.reset();
+    // The new version may be the next to serve the user, and then it is.
+    instance.reset();
+    updates.installAtQuit();
     return status;
 }
 
 } // namespace
 
 int main(int argc, char** argv) {
+    ApplicationUpdates::adoptWatch();
     const auto parsed = parseStartOptions({argv + 1, argv + argc});
     if (const auto* reply = std::get_if<StartReply>(&parsed)) {
         std::fputs(reply->text.c_str(), reply->isError ? stderr : stdout);

@@ -4,6 +4,7 @@
 #include "Ostrella/OstrellaApp.h"
 #include "Platform/DesktopAppearance.h"
 #include "Platform/WindowFront.h"
+#include "Update/UpdateController.h"
 #include "Views/Controls/Theme.h"
 #include "Views/ReducedMotion.h"
 #include "Views/Viewport/ViewportItem.h"
@@ -50,8 +51,8 @@ void followAppearance(Theme& theme, const DesktopAppearance& appearance) {
 } // namespace
 
 MainWindow::MainWindow(OstrellaApp& app, const WindowModel::Surroundings& surroundings,
-    const DesktopAppearance& appearance)
-    : model_(sharedObjects(app), surroundings) {
+    const DesktopAppearance& appearance, const PackageFacts& package)
+    : model_(sharedObjects(app), withDoors(surroundings, package.updates)) {
     useModules();
     followAppearance(Theme::shared(), appearance);
     // Of what the toolkit draws itself, such as its panels for files: this one has no colours of
@@ -69,6 +70,10 @@ MainWindow::MainWindow(OstrellaApp& app, const WindowModel::Surroundings& surrou
     precondition(viewport_ != nullptr, "the main window has a viewport");
     window_->installEventFilter(this);
     followReducedMotion(*viewport_->coordinator(), appearance);
+    if (package.updates) {
+        connect(package.updates, &UpdateController::canCheckForUpdatesChanged, this,
+            [this] { model_.commands()->scheduleRefresh(); });
+    }
 }
 
 MainWindow::~MainWindow() {
@@ -78,6 +83,19 @@ MainWindow::~MainWindow() {
 SharedObjects MainWindow::sharedObjects(OstrellaApp& app) {
     return {app.parameters, app.renderSettings, app.logStore, app.historyStore, app.appSettings,
         app.simulation, app.notifications, app.importer, app.samples};
+}
+
+void MainWindow::ask(const UpdateAlert& alert, std::function<void(bool first)> reply) {
+    model_.ask(alert.message, alert.text, alert.firstButton, alert.secondButton, std::move(reply));
+}
+
+WindowModel::Surroundings MainWindow::withDoors(
+    WindowModel::Surroundings surroundings, UpdateController* updates) {
+    if (updates) {
+        surroundings.checkForUpdates = [updates] { updates->checkForUpdates(); };
+        surroundings.canCheckForUpdates = [updates] { return updates->canCheckForUpdates(); };
+    }
+    return surroundings;
 }
 
 void MainWindow::show() {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Update/UpdateAlert.h"
 #include "Views/Chrome/WindowModel.h"
 
 #include <QObject>
@@ -10,7 +11,14 @@ namespace ostrella {
 
 class DesktopAppearance;
 class OstrellaApp;
+class UpdateController;
 class ViewportItem;
+
+/// What the windows beside the main one tell of.
+struct PackageFacts {
+    /// May be null; outlives the window.
+    UpdateController* updates = nullptr;
+};
 
 /// The application's one window, with everything in it. It goes before the shared objects do.
 /// Colours, size of text and motion follow the desktop. Main thread only.
@@ -20,14 +28,19 @@ class MainWindow final : public QObject {
 public:
     /// The window is made hidden. `appearance` outlives it.
     MainWindow(OstrellaApp& app, const WindowModel::Surroundings& surroundings,
-        const DesktopAppearance& appearance);
+        const DesktopAppearance& appearance, const PackageFacts& package = {});
     ~MainWindow() override;
 
     /// What the application's views are given.
     static SharedObjects sharedObjects(OstrellaApp& app);
 
+    /// Asks a question in the window, after what is still to be read there.
+    void ask(const UpdateAlert& alert, std::function<void(bool first)> reply);
+
     WindowModel& model() { return model_; }
     QQuickWindow& window() { return *window_; }
+    /// For windows beside it.
+    QQmlEngine& engine() { return engine_; }
     ViewportItem& viewport() { return *viewport_; }
 
     void show();
@@ -42,6 +55,8 @@ Q_SIGNALS:
     void closed();
 
 private:
+    WindowModel::Surroundings withDoors(
+        WindowModel::Surroundings surroundings, UpdateController* updates);
     /// Once, so that title bar and border do not push the content off a small screen.
     void fitFrameIntoScreen();
 

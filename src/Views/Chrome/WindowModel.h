@@ -56,6 +56,9 @@ public:
         /// Opens an address in the user's browser.
         std::function<void(const std::string& address)> openAddress;
         std::function<void()> quit;
+        /// Without them there is no check for updates.
+        std::function<void()> checkForUpdates = {};
+        std::function<bool()> canCheckForUpdates = {};
         const Clock& clock = Clock::system();
         TimerService& timers = TimerService::system();
         StatusBarModel::MachineQueries machine = StatusBarModel::MachineQueries::system();

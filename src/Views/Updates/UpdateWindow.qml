@@ -230,15 +230,21 @@ Window {
         Item {
             id: foot
 
+            // Side by side, or where large texts leave no room for that, one below the other.
+            readonly property bool isStacked: apart.width > 0
+                && apart.width + others.width + 8 > width - 2 * window.margin
+
             y: parent.height - height
             width: parent.width
-            height: Theme.buttonHeight + 32
+            height: 32 + Theme.buttonHeight + (isStacked ? Theme.buttonHeight + 8 : 0)
 
             Hairline {
                 edge: Qt.TopEdge
             }
 
             Row {
+                id: apart
+
                 x: window.margin
                 y: 16
                 spacing: 8
@@ -253,9 +259,11 @@ Window {
             }
 
             Row {
+                id: others
+
                 anchors.right: parent.right
                 anchors.rightMargin: window.margin
-                y: 16
+                y: foot.height - 16 - height
                 spacing: 8
 
                 Repeater {

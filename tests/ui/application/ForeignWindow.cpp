@@ -39,21 +39,29 @@ bool isViewable(xcb_connection_t* c, xcb_window_t window) {
     return reply && reply->map_state == XCB_MAP_STATE_VIEWABLE;
 }
 
-/// The first that is shown and has this owner, of all that lies in a window: a window manager puts
-/// those of others into frames of its own.
-xcb_window_t search(xcb_connection_t* c, xcb_window_t window, const std::string& owner) {
+/// The first that is shown and has this owner and title, of all that lies in a window: a window
+/// manager puts those of others into frames of its own.
+xcb_window_t search(
+    xcb_connection_t* c, xcb_window_t window, const std::string& owner, const std::string& title) {
     const auto tree = owned(xcb_query_tree_reply(c, xcb_query_tree(c, window), nullptr));
     const int count = tree ? xcb_query_tree_children_length(tree.get()) : 0;
     for (int i = 0; i < count; ++i) {
         const xcb_window_t child = xcb_query_tree_children(tree.get())[i];
         if (!isViewable(c, child))
             continue;
-        if (property(c, child, "_NET_WM_PID") == owner)
+        if (property(c, child, "_NET_WM_PID") == owner &&
+            (title.empty() || property(c, child, "_NET_WM_NAME") == title))
             return child;
-        if (const xcb_window_t found = search(c, child, owner); found != XCB_NONE)
+        if (const xcb_window_t found = search(c, child, owner, title); found != XCB_NONE)
             return found;
     }
     return XCB_NONE;
+}
+
+/// Everything sent until now has been done when it returns. What a connection that is closed at
+/// once has sent last may be lost.
+void finish(xcb_connection_t* c) {
+    owned(xcb_get_input_focus_reply(c, xcb_get_input_focus(c), nullptr));
 }
 
 } // namespace
@@ -61,7 +69,8 @@ xcb_window_t search(xcb_connection_t* c, xcb_window_t window, const std::string&
 ForeignWindow::ForeignWindow(std::shared_ptr<xcb_connection_t> connection, std::uint32_t id)
     : connection_(std::move(connection)), id_(id) {}
 
-std::optional<ForeignWindow> ForeignWindow::ofProcess(std::int64_t process) {
+std::optional<ForeignWindow> ForeignWindow::ofProcess(
+    std::int64_t process, const std::string& title) {
     const std::shared_ptr<xcb_connection_t> connection(
         xcb_connect(nullptr, nullptr), xcb_disconnect);
     xcb_connection_t* c = connection.get();
@@ -70,7 +79,7 @@ std::optional<ForeignWindow> ForeignWindow::ofProcess(std::int64_t process) {
     const xcb_window_t root = xcb_setup_roots_iterator(xcb_get_setup(c)).data->root;
     const auto number = static_cast<std::uint32_t>(process);
     const std::string owner(reinterpret_cast<const char*>(&number), sizeof number);
-    const xcb_window_t found = search(c, root, owner);
+    const xcb_window_t found = search(c, root, owner, title);
     return found != XCB_NONE ? std::optional(ForeignWindow(connection, found)) : std::nullopt;
 }
 
@@ -84,7 +93,7 @@ bool ForeignWindow::isShown() const {
 
 void ForeignWindow::focus() const {
     xcb_set_input_focus(connection_.get(), XCB_INPUT_FOCUS_POINTER_ROOT, id_, XCB_CURRENT_TIME);
-    xcb_flush(connection_.get());
+    finish(connection_.get());
 }
 
 void ForeignWindow::askToClose() const {
@@ -97,7 +106,7 @@ void ForeignWindow::askToClose() const {
     event.data.data32[1] = XCB_CURRENT_TIME;
     xcb_send_event(
         connection_.get(), 0, id_, XCB_EVENT_MASK_NO_EVENT, reinterpret_cast<const char*>(&event));
-    xcb_flush(connection_.get());
+    finish(connection_.get());
 }
 
 } // namespace ostrella::test

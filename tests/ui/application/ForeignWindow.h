@@ -9,11 +9,13 @@ struct xcb_connection_t;
 
 namespace ostrella::test {
 
-/// The main window of another process on the X server of `DISPLAY`.
+/// A window of another process on the X server of `DISPLAY`.
 class ForeignWindow {
 public:
-    /// The one that is shown and belongs to this process; nothing if there is none yet.
-    static std::optional<ForeignWindow> ofProcess(std::int64_t process);
+    /// One that is shown and belongs to this process, with exactly this title unless that is empty;
+    /// nothing if there is none yet.
+    static std::optional<ForeignWindow> ofProcess(
+        std::int64_t process, const std::string& title = {});
 
     std::uint32_t id() const { return id_; }
     /// As the window system has it; empty if the window has gone.

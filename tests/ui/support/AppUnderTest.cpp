@@ -3,6 +3,8 @@
 #include "Models/MainThread.h"
 #include "Models/PlatformWords.h"
 #include "Platform/SystemFacts.h"
+#include "Update/QuietUpdater.h"
+#include "Update/UpdateController.h"
 #include "Views/Viewport/ViewportItem.h"
 
 #include <QRegularExpression>
@@ -44,7 +46,7 @@ std::string textOf(const QQuickItem& item, const char* property) {
 
 } // namespace
 
-AppUnderTest::AppUnderTest(const fs::path& package) {
+AppUnderTest::AppUnderTest(const fs::path& package, std::unique_ptr<Updater> given) {
     qputenv("OSTRELLA_REDUCED_MOTION", "1");
     // As for a reader of the screen: the controls take their names then.
     QAccessible::setActive(true);
@@ -55,6 +57,17 @@ AppUnderTest::AppUnderTest(const fs::path& package) {
         [this](const std::string& message, const std::string& text) {
             window->model().showAlert(message, text);
         });
+    if (!given) {
+        given = std::make_unique<QuietUpdater>(
+            preferences, [this](const std::string& text, LogStore::Level level) {
+                app->logStore.append(text, level);
+            });
+    }
+    updater = given.get();
+    app->updates = std::make_unique<UpdateController>(std::move(given), TimerService::system(),
+        [this](const UpdateAlert& alert, std::function<void(bool)> reply) {
+            window->ask(alert, std::move(reply));
+        });
     window = std::make_unique<MainWindow>(*app,
         WindowModel::Surroundings{.words = words,
             .preferences = preferences,
@@ -62,7 +75,7 @@ AppUnderTest::AppUnderTest(const fs::path& package) {
             .openAddress = [this](
                                const std::string& address) { openedAddresses.push_back(address); },
             .quit = [] {}},
-        *appearance_);
+        *appearance_, PackageFacts{.updates = app->updates.get()});
     window->window().setGeometry(0, 0, 1400, 880);
     window->show();
     app->start();

@@ -4,6 +4,7 @@
 #include "Models/PreferenceStore.h"
 #include "Ostrella/OstrellaApp.h"
 #include "Platform/DesktopAppearance.h"
+#include "Update/Updater.h"
 #include "Views/MainWindow.h"
 #include "support/RealInput.h"
 #include "support/Wait.h"
@@ -30,7 +31,9 @@ namespace ostrella::test {
 /// that a reader of the screen would say or by the text that it shows.
 class AppUnderTest : public testing::Test {
 protected:
-    explicit AppUnderTest(const std::filesystem::path& package = OSTRELLA_STAGE_DIR);
+    /// Without an `updater`, it is a copy that has no feed.
+    explicit AppUnderTest(const std::filesystem::path& package = OSTRELLA_STAGE_DIR,
+        std::unique_ptr<Updater> updater = nullptr);
     ~AppUnderTest() override;
 
     /// A run takes seconds with so few.
@@ -84,6 +87,7 @@ protected:
     MemoryPreferences preferences;
     std::vector<std::string> openedAddresses;
     std::unique_ptr<OstrellaApp> app;
+    Updater* updater = nullptr;
     std::unique_ptr<MainWindow> window;
     std::unique_ptr<RealInput> user;
 

@@ -3,6 +3,7 @@
 #include "support/Wait.h"
 
 #include <QCoreApplication>
+#include <QScreen>
 
 #include <algorithm>
 #include <functional>
@@ -43,7 +44,9 @@ UpdateBench::UpdateBench() {
         [this](Answer answer) { answers.push_back(answer); },
         [this](const std::string& address) { opened.push_back(address); }});
     engine.addImportPath(QStringLiteral(":/qt/qml"));
-    mainWindow.setGeometry(100, 60, 1000, 700);
+    // To the right of the screen's middle, with room for the other.
+    const QSize room = mainWindow.screen()->availableGeometry().size();
+    mainWindow.setGeometry(room.width() - 560, 20, 540, room.height() - 60);
     mainWindow.setTitle(QStringLiteral("main"));
     mainWindow.show();
     mainWindow.requestActivate();

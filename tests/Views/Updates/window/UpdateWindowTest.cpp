@@ -7,6 +7,9 @@
 
 #include <gmock/gmock.h>
 
+#include <iterator>
+#include <utility>
+
 namespace ostrella::test {
 namespace {
 
@@ -285,11 +288,16 @@ TEST_F(UpdateWindowTest, AVersionNobodyWouldReadMakesNoRoomForItself) {
 }
 
 TEST_F(UpdateWindowTest, HasRoomForLargeTexts) {
-    Theme::shared().setTextScale(2);
     session.item.notesAddress = "https://ostrella.example/notes";
-    for (const Stage stage : {Stage::found, Stage::downloading, Stage::noticeOnly, Stage::failed}) {
-        ask(stage);
-        expectAllInside();
+    // The larger ones leave no room for notes where the screen is small, too.
+    for (const auto& [scale, notes] : {std::pair(1.5, "New things."), std::pair(2.0, "")}) {
+        Theme::shared().setTextScale(scale);
+        session.item.notes = notes;
+        for (const Stage stage :
+            {Stage::found, Stage::downloading, Stage::noticeOnly, Stage::failed}) {
+            ask(stage);
+            expectAllInside();
+        }
     }
 }
 

@@ -71,9 +71,20 @@ private:
 } // namespace
 
 UpdateDownload::UpdateDownload(Setup setup, QObject* parent)
-    : QObject(parent), setup_(std::move(setup)), network_(new QNetworkAccessManager(this)) {}
+    : QObject(parent), setup_(std::move(setup)) {}
 
 UpdateDownload::~UpdateDownload() = default;
+
+QNetworkAccessManager& UpdateDownload::network() {
+    if (!network_) {
+        network_ = new QNetworkAccessManager(this);
+    }
+    return *network_;
+}
+
+QSslConfiguration UpdateDownload::tls() const {
+    return setup_.tls ? *setup_.tls : QSslConfiguration::defaultConfiguration();
+}
 
 void UpdateDownload::cancel() {
     // What is posted already asks for these and does not find them.
@@ -133,10 +144,10 @@ void UpdateDownload::fetchFeed(
                 arrived(static_cast<const FeedSink&>(transfer->sink()).text());
             }
         };
-        transfer_ = std::make_unique<UpdateTransfer>(*network_, setup_.timers,
+        transfer_ = std::make_unique<UpdateTransfer>(network(), setup_.timers,
             UpdateTransfer::Order{.address = url,
                 .name = feedName,
-                .tls = setup_.tls,
+                .tls = tls(),
                 .silence = setup_.limits.silence,
                 .time = setup_.limits.feedTime,
                 .redirects = setup_.limits.redirects,
@@ -180,10 +191,10 @@ void UpdateDownload::fetchArchive(const std::string& feedAddress, const AppcastI
             const auto& archive = transfer_->sink();
             progress(archive.received(), archive.expected());
         };
-        transfer_ = std::make_unique<UpdateTransfer>(*network_, setup_.timers,
+        transfer_ = std::make_unique<UpdateTransfer>(network(), setup_.timers,
             UpdateTransfer::Order{.address = url,
                 .name = archiveName,
-                .tls = setup_.tls,
+                .tls = tls(),
                 .silence = setup_.limits.silence,
                 .time = {},
                 .redirects = setup_.limits.redirects,

@@ -12,6 +12,7 @@
 #include <filesystem>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 
 class QNetworkAccessManager;
@@ -44,8 +45,8 @@ public:
 
     struct Setup {
         TimerService& timers = TimerService::system();
-        /// Which authorities are trusted.
-        QSslConfiguration tls = QSslConfiguration::defaultConfiguration();
+        /// Which authorities are trusted; absent: the system's.
+        std::optional<QSslConfiguration> tls = {};
         /// Where archives lie while they come and until they are installed; made when needed.
         std::filesystem::path folder;
         /// Whether the feed may be a file, and with it the archives it names.
@@ -81,11 +82,14 @@ public:
 
 private:
     static void check(const QUrl& address, bool mayBeFile, const char* name);
+    QNetworkAccessManager& network();
+    QSslConfiguration tls() const;
     void begin(const Refused& refused, const std::function<void()>& work);
     void later(std::function<void()> work);
 
     Setup setup_;
-    QNetworkAccessManager* network_;
+    /// Made when first needed, as is all of TLS: most starts of the program fetch nothing.
+    QNetworkAccessManager* network_ = nullptr;
     /// There as long as the present fetch may tell of itself.
     std::shared_ptr<char> fetch_;
     std::unique_ptr<UpdateTransfer> transfer_;

@@ -126,6 +126,15 @@ TEST(AppcastTest, OfSeveralArchivesTheClosest) {
     EXPECT_EQ(items[0].archiveAddress, "https://example.org/linux-x86_64");
 }
 
+TEST(AppcastTest, OfEquallyCloseArchivesTheFirst) {
+    const auto items = read(item(R"(<enclosure url="" sparkle:os="linux" sparkle:version="6"/>
+        <enclosure url="https://example.org/1" sparkle:os="linux" sparkle:version="7"/>
+        <enclosure url="https://example.org/2" sparkle:os="linux" sparkle:version="8"/>)"));
+    ASSERT_THAT(items, SizeIs(1));
+    EXPECT_EQ(items[0].archiveAddress, "https://example.org/1");
+    EXPECT_EQ(items[0].version, "7");
+}
+
 TEST(AppcastTest, ThisMachineHasAName) {
     EXPECT_THAT(Appcast::platform(), StartsWith("linux-"));
     EXPECT_THAT(Appcast::items(feed(item(enclosureFor(Appcast::platform()))), Appcast::platform()),

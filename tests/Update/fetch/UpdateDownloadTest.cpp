@@ -145,7 +145,7 @@ TEST_F(UpdateDownloadTest, SentOnToNowhere) {
 TEST_F(UpdateDownloadTest, AnUnknownAuthorityIsNotTrusted) {
     server.answer(Answer{.body = "<rss/>"});
     auto means = setup();
-    means.tls = QSslConfiguration::defaultConfiguration();
+    means.tls.reset();
     download = std::make_unique<UpdateDownload>(means);
     EXPECT_THAT(feed().refusal,
         StartsWith("Update refused · The certificate of 127.0.0.1 is not trusted: "));
@@ -157,7 +157,7 @@ TEST_F(UpdateDownloadTest, TheCertificateIsCheckedInAnyCase) {
     server.answer(Answer{.body = "<rss/>"});
     auto means = setup();
     means.tls = QSslConfiguration::defaultConfiguration();
-    means.tls.setPeerVerifyMode(QSslSocket::VerifyNone);
+    means.tls->setPeerVerifyMode(QSslSocket::VerifyNone);
     download = std::make_unique<UpdateDownload>(means);
     EXPECT_THAT(feed().refusal,
         StartsWith("Update refused · The certificate of 127.0.0.1 is not trusted: "));

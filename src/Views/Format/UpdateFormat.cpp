@@ -79,7 +79,7 @@ std::string title(const UpdateSession& session) {
 }
 
 std::string detail(const UpdateSession& session, std::string_view ownVersion) {
-    const auto offer = fmt::format(
+    std::string offer = fmt::format(
         "Ostrella {} is available. You have version {}.", version(session.item), ownVersion);
     switch (session.stage) {
     case Stage::idle:

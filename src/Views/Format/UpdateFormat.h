@@ -82,7 +82,7 @@ std::optional<double> fraction(std::int64_t received, std::int64_t expected);
 /// fetched or run. Cut after `mostNotes` bytes, with an ellipsis.
 std::string notes(std::string_view plainOrHTML);
 
-inline constexpr std::size_t mostNotes = 64 * 1024;
+inline constexpr std::size_t mostNotes = 65536;
 
 /// Whether an address of a feed may be opened in the user's browser: one of HTTPS, and nothing that
 /// would start something else.

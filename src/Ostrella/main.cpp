@@ -145,7 +145,7 @@ int perform(const HandOver& start) {
             .openAddress = openAddress,
             .quit = end},
         appearance,
-        PackageFacts{.updates = app.updates.get()});
+        PackageFacts{.renderer = bootFacts.graphicsLabel, .updates = app.updates.get()});
     auto link = std::make_unique<DesktopLink>(app, *window, *instance);
     auto updateLink = updates.showSessions(*window, openAddress);
     TerminationSignals signals;

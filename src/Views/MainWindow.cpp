@@ -25,6 +25,8 @@ void useViewportModule();
 void useSidebarModule();
 void usePanelModule();
 void useChromeModule();
+void useSettingsModule();
+void useAboutModule();
 
 namespace {
 
@@ -34,6 +36,8 @@ void useModules() {
     useSidebarModule();
     usePanelModule();
     useChromeModule();
+    useSettingsModule();
+    useAboutModule();
 }
 
 void followAppearance(Theme& theme, const DesktopAppearance& appearance) {
@@ -52,7 +56,15 @@ void followAppearance(Theme& theme, const DesktopAppearance& appearance) {
 
 MainWindow::MainWindow(OstrellaApp& app, const WindowModel::Surroundings& surroundings,
     const DesktopAppearance& appearance, const PackageFacts& package)
-    : model_(sharedObjects(app), withDoors(surroundings, package.updates)) {
+    : model_(sharedObjects(app), withDoors(surroundings, package.updates)),
+      settingsModel_(
+          app.appSettings, surroundings.preferences, package.bundle.information(), package.updates),
+      aboutModel_({.bundle = package.bundle,
+          .words = surroundings.words,
+          .renderer = package.renderer,
+          .openAddress = surroundings.openAddress,
+          .updates = package.updates,
+          .timers = surroundings.timers}) {
     useModules();
     followAppearance(Theme::shared(), appearance);
     // Of what the toolkit draws itself, such as its panels for files: this one has no colours of
@@ -68,6 +80,13 @@ MainWindow::MainWindow(OstrellaApp& app, const WindowModel::Surroundings& surrou
     precondition(window_ != nullptr, "the main window is a window");
     viewport_ = window_->findChild<ViewportItem*>();
     precondition(viewport_ != nullptr, "the main window has a viewport");
+    const auto beside = [this](const char* description, QObject* model) {
+        return std::make_unique<SideWindow>(engine_, *window_,
+            QUrl(QStringLiteral("qrc:/qt/qml/Ostrella/") + QLatin1String(description)),
+            QVariantMap{{QStringLiteral("model"), QVariant::fromValue(model)}});
+    };
+    settings_ = beside("Settings/SettingsWindow.qml", &settingsModel_);
+    about_ = beside("About/AboutWindow.qml", &aboutModel_);
     window_->installEventFilter(this);
     followReducedMotion(*viewport_->coordinator(), appearance);
     if (package.updates) {
@@ -91,6 +110,8 @@ void MainWindow::ask(const UpdateAlert& alert, std::function<void(bool first)> r
 
 WindowModel::Surroundings MainWindow::withDoors(
     WindowModel::Surroundings surroundings, UpdateController* updates) {
+    surroundings.showSettings = [this] { showSettings(); };
+    surroundings.showAbout = [this] { showAbout(); };
     if (updates) {
         surroundings.checkForUpdates = [updates] { updates->checkForUpdates(); };
         surroundings.canCheckForUpdates = [updates] { return updates->canCheckForUpdates(); };
@@ -103,6 +124,8 @@ void MainWindow::show() {
 }
 
 void MainWindow::hide() {
+    settings_->close();
+    about_->close();
     window_->hide();
 }
 

@@ -1,11 +1,18 @@
 #pragma once
 
+#include "Platform/AppBundle.h"
 #include "Update/UpdateAlert.h"
+#include "Views/About/AboutModel.h"
 #include "Views/Chrome/WindowModel.h"
+#include "Views/Settings/SettingsModel.h"
+#include "Views/SideWindow.h"
 
 #include <QObject>
 #include <QQmlApplicationEngine>
 #include <QQuickWindow>
+
+#include <memory>
+#include <string>
 
 namespace ostrella {
 
@@ -16,6 +23,9 @@ class ViewportItem;
 
 /// What the windows beside the main one tell of.
 struct PackageFacts {
+    AppBundle bundle = AppBundle::main();
+    /// Label of the graphics interface, as the log's first lines have it.
+    std::string renderer = {};
     /// May be null; outlives the window.
     UpdateController* updates = nullptr;
 };
@@ -48,6 +58,13 @@ public:
     /// Brings it to the front. `token` is the desktop's permission to do so; may be empty.
     void raise(const QString& token = {});
 
+    /// The windows beside this one: each is made once, and comes to the front when it is asked for
+    /// again.
+    void showSettings() { settings_->show(); }
+    void showAbout() { about_->show(); }
+    SideWindow& settings() { return *settings_; }
+    SideWindow& about() { return *about_; }
+
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 Q_SIGNALS:
@@ -61,9 +78,13 @@ private:
     void fitFrameIntoScreen();
 
     WindowModel model_;
+    SettingsModel settingsModel_;
+    AboutModel aboutModel_;
     QQmlApplicationEngine engine_;
     QQuickWindow* window_ = nullptr;
     ViewportItem* viewport_ = nullptr;
+    std::unique_ptr<SideWindow> settings_;
+    std::unique_ptr<SideWindow> about_;
     bool isFitted_ = false;
 };
 

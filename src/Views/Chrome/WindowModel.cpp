@@ -35,6 +35,8 @@ WindowModel::WindowModel(
           {.exportResults = [this] { exportResults(); },
               .openHelp = [this] { surroundings_.openAddress(std::string(AppLinks::help)); },
               .quit = surroundings.quit,
+              .showSettings = surroundings.showSettings,
+              .showAbout = surroundings.showAbout,
               .checkForUpdates = surroundings.checkForUpdates,
               .canCheckForUpdates = surroundings.canCheckForUpdates}),
       sidebar_(shared, surroundings.words),

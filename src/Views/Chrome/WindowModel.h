@@ -56,6 +56,9 @@ public:
         /// Opens an address in the user's browser.
         std::function<void(const std::string& address)> openAddress;
         std::function<void()> quit;
+        /// Windows beside this one; the commands of those that are not there stay disabled.
+        std::function<void()> showSettings = {};
+        std::function<void()> showAbout = {};
         /// Without them there is no check for updates.
         std::function<void()> checkForUpdates = {};
         std::function<bool()> canCheckForUpdates = {};

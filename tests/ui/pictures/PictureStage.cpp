@@ -5,10 +5,12 @@
 #include "Solver/Geometry/ModelFile.h"
 #include "Solver/Run/Harvest.h"
 #include "Solver/Run/SolverLaunch.h"
+#include "Update/UpdateController.h"
+#include "Update/gate/ScriptedUpdater.h"
 #include "Views/Controls/Theme.h"
 #include "Views/Viewport/ViewportItem.h"
 
-#include <QCoreApplication>
+#include <QGuiApplication>
 #include <QQuickItem>
 
 #include <fmt/format.h>
@@ -99,6 +101,8 @@ PictureStage::PictureStage()
           [this](const std::string& message, const std::string& text) {
               model().showAlert(message, text);
           }) {
+    app.updates = std::make_unique<UpdateController>(std::make_unique<ScriptedUpdater>(), timers_,
+        [](const UpdateAlert&, const std::function<void(bool)>&) {});
     window_ = std::make_unique<MainWindow>(app,
         WindowModel::Surroundings{.words = PlatformWords::freedesktop(),
             .preferences = preferences_,
@@ -110,7 +114,10 @@ PictureStage::PictureStage()
             // The pictures are alike wherever they are made.
             .machine = {[](const fs::path&) { return std::int64_t{412'600'000'000}; },
                 [] { return std::string("8-core processor"); }}},
-        appearance_);
+        appearance_,
+        PackageFacts{.bundle = AppBundle(OSTRELLA_STAGE_DIR),
+            .renderer = "OpenGL",
+            .updates = app.updates.get()});
     ViewportItem& scene = window_->viewport();
     scene.setModel(app.parameters, app.renderSettings, [this] { return mediaTime_; });
     scene.drawFinely();
@@ -285,8 +292,42 @@ void PictureStage::settle() {
     user_->settle();
 }
 
+void PictureStage::showSettings(const QString& tab) {
+    window_->showSettings();
+    beside_ = window_->settings().window();
+    beside_->property("model").value<SettingsModel*>()->setTab(tab);
+    require(waitUntil([&] { return beside_->isExposed(); }), "the settings");
+}
+
+void PictureStage::showAbout() {
+    window_->showAbout();
+    beside_ = window_->about().window();
+    const auto* about = beside_->property("model").value<AboutModel*>();
+    require(waitUntil(
+                [&] { return beside_->isExposed() && about->mesher().contains(QLatin1Char(' ')); }),
+        "what the tools are");
+}
+
+void PictureStage::showAcknowledgements() {
+    showAbout();
+    auto* about = beside_->property("model").value<AboutModel*>();
+    about->setShowAcknowledgements(true);
+    require(waitUntil([&] {
+        const auto windows = QGuiApplication::topLevelWindows();
+        const auto found = std::find_if(windows.begin(), windows.end(),
+            [&](const QWindow* other) { return other->transientParent() == beside_; });
+        const bool isThere = found != windows.end() && (*found)->isExposed();
+        if (isThere) {
+            beside_ = qobject_cast<QQuickWindow*>(*found);
+        }
+        return isThere;
+    }),
+        "the acknowledgements");
+}
+
 QImage PictureStage::picture() {
-    return window_->window().grabWindow().convertToFormat(QImage::Format_RGB32);
+    QQuickWindow& shown = beside_ ? *beside_ : window_->window();
+    return shown.grabWindow().convertToFormat(QImage::Format_RGB32);
 }
 
 } // namespace ostrella::test

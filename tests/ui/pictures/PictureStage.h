@@ -11,6 +11,7 @@
 
 #include <QImage>
 #include <QPointF>
+#include <QPointer>
 #include <QSize>
 
 #include <cstdint>
@@ -41,6 +42,7 @@ public:
     ~PictureStage();
 
     WindowModel& model() { return window_->model(); }
+    MainWindow& window() { return *window_; }
     RealInput& user() { return *user_; }
 
     /// Also below what the window asks of a screen that has the room.
@@ -69,6 +71,12 @@ public:
     /// Waits for a tool tip to show.
     void waitForHelp();
 
+    /// The settings, with this tab, and the about window or the acknowledgements over it: from now
+    /// on the picture is of them.
+    void showSettings(const QString& tab);
+    void showAbout();
+    void showAcknowledgements();
+
     /// Lets everything come to rest, and gives what the window shows.
     void settle();
     QImage picture();
@@ -91,6 +99,7 @@ private:
     DesktopAppearance appearance_;
     std::unique_ptr<MainWindow> window_;
     std::optional<RealInput> user_;
+    QPointer<QQuickWindow> beside_;
     std::int64_t runID_ = 0;
 };
 

@@ -1,0 +1,151 @@
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import QtQuick.Templates as T
+import Ostrella.Controls
+import Ostrella.Settings
+
+// The settings: a tab each for the solver and the streamlines, and below them the way back. Of one
+// size for both tabs, so that nothing moves when another is chosen.
+Window {
+    id: window
+
+    required property SettingsModel model
+
+    function choose(index: int, reason: int) {
+        if (index < 0 || index >= model.tabs.length)
+            return;
+        tabs.itemAt(index).forceActiveFocus(reason);
+        model.tab = model.tabs[index].value;
+    }
+    function chooseNext(steps: int) {
+        const index = model.tabs.findIndex(tab => tab.value === model.tab);
+        choose((index + steps + model.tabs.length) % model.tabs.length, Qt.ShortcutFocusReason);
+    }
+
+    title: model.texts.windowTitle
+    color: Theme.surfaceBase
+    flags: Qt.Dialog
+    width: Math.min(Theme.length(488), Screen.desktopAvailableWidth)
+    height: Math.min(head.height + Math.max(Theme.length(387), body.contentHeight) + foot.height,
+        Screen.desktopAvailableHeight)
+    minimumWidth: width
+    maximumWidth: width
+    minimumHeight: height
+    maximumHeight: height
+
+    // What has the keyboard is in sight.
+    onActiveFocusItemChanged: body.show(activeFocusItem)
+
+    Shortcut {
+        sequences: ["Esc", "Ctrl+W"]
+        onActivated: window.close()
+    }
+    Shortcut {
+        sequences: ["Ctrl+Tab", "Ctrl+PgDown"]
+        onActivated: window.chooseNext(1)
+    }
+    Shortcut {
+        sequences: ["Ctrl+Shift+Tab", "Ctrl+PgUp"]
+        onActivated: window.chooseNext(-1)
+    }
+
+    Item {
+        id: head
+        width: parent.width
+        height: row.height + 17
+
+        Row {
+            id: row
+            y: 8
+            anchors.horizontalCenter: parent.horizontalCenter
+            spacing: 4
+            Accessible.role: Accessible.PageTabList
+            Accessible.name: window.title
+
+            Repeater {
+                id: tabs
+                model: window.model.tabs
+
+                SettingsTabButton {
+                    required property var modelData
+                    required property int index
+
+                    text: modelData.title
+                    symbol: modelData.symbol
+                    chosen: modelData.value === window.model.tab
+                    onClicked: window.choose(index, Qt.MouseFocusReason)
+                    Keys.onLeftPressed: window.choose(index - 1, Qt.TabFocusReason)
+                    Keys.onRightPressed: window.choose(index + 1, Qt.TabFocusReason)
+                }
+            }
+        }
+        Hairline { edge: Qt.BottomEdge }
+    }
+
+    Flickable {
+        id: body
+
+        function show(item: Item) {
+            if (!item || !pages.contains(pages.mapFromItem(item, item.width / 2, item.height / 2)))
+                return;
+            const top = pages.mapFromItem(item, 0, 0).y - 20;
+            const bottom = top + item.height + 40;
+            if (top < contentY)
+                contentY = Math.max(0, top);
+            else if (bottom > contentY + height)
+                contentY = Math.min(contentHeight, bottom) - height;
+        }
+
+        anchors {
+            left: parent.left
+            right: parent.right
+            top: head.bottom
+            bottom: foot.top
+        }
+        contentHeight: Math.max(solver.implicitHeight, streamlines.implicitHeight)
+        boundsBehavior: Flickable.StopAtBounds
+        interactive: contentHeight > height
+        clip: interactive
+        T.ScrollBar.vertical: BrandScrollBar {
+            policy: body.interactive ? T.ScrollBar.AsNeeded : T.ScrollBar.AlwaysOff
+        }
+
+        Item {
+            id: pages
+            x: 20
+            width: body.width - 40
+            height: body.contentHeight
+
+            SolverSettings {
+                id: solver
+                width: parent.width
+                model: window.model
+                visible: window.model.tab === "solver"
+            }
+            StreamlineSettings {
+                id: streamlines
+                width: parent.width
+                model: window.model
+                visible: window.model.tab === "streamlines"
+            }
+        }
+    }
+
+    Item {
+        id: foot
+        width: parent.width
+        height: restore.height + 33
+        anchors.bottom: parent.bottom
+
+        Hairline { edge: Qt.TopEdge }
+        BrandButton {
+            id: restore
+            y: 17
+            anchors.right: parent.right
+            anchors.rightMargin: 20
+            text: window.model.texts.restoreDefaults
+            onClicked: window.model.restoreDefaults()
+        }
+    }
+}

@@ -93,8 +93,8 @@ public:
     /// `ready`: puts it in place and ends the application, unless the delegate postpones that.
     void installAndRestart();
 
-    /// The application shows its window: the version before is not needed any more. `done` is called
-    /// when it has been removed.
+    /// The application shows its window: the version before is not needed any more. `done` is
+    /// called when it has been removed.
     void confirmStarted(std::function<void()> done = {});
 
     /// After the event loop, when windows are gone and the single instance is released: puts a

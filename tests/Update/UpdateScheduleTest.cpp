@@ -61,7 +61,7 @@ TEST_F(UpdateScheduleTest, TheLastCheckIsRememberedAcrossStarts) {
 
 TEST_F(UpdateScheduleTest, ACheckInTheFutureWasByAWrongClock) {
     offerNext();
-    preferences_.set("Ostrella.updates.lastCheck", std::int64_t{1} << 40);
+    preferences_.set("Ostrella.updates.lastCheck", std::int64_t{2} * 1000 * 1000 * 1000);
     started();
     pass(0);
     EXPECT_TRUE(comesTo(Stage::found));

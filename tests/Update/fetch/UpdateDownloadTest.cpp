@@ -222,6 +222,15 @@ TEST_F(UpdateDownloadTest, AServerThatSaysNothing) {
     EXPECT_THAT(timers.pending(), IsEmpty());
 }
 
+TEST_F(UpdateDownloadTest, AServerThatSaysNothingByTheRealTime) {
+    QTcpServer mute;
+    ASSERT_TRUE(mute.listen(QHostAddress::LocalHost));
+    download = std::make_unique<UpdateDownload>(UpdateDownload::Setup{
+        .folder = cache, .limits = {.silence = std::chrono::milliseconds(50)}});
+    EXPECT_EQ(feed("https://127.0.0.1:" + std::to_string(mute.serverPort())).refusal,
+        "Update refused · The server sent nothing of the update feed for 0.05 s.");
+}
+
 TEST_F(UpdateDownloadTest, AServerThatFallsSilent) {
     // The time before the answer does not count against the time after it.
     server.answer([this](const Request&) {

@@ -4,12 +4,27 @@
 
 #include <QQmlComponent>
 #include <QQmlEngine>
+#include <QQuickItem>
 #include <QScreen>
 
 #include <algorithm>
 #include <utility>
 
 namespace ostrella {
+
+namespace {
+
+constexpr int layoutPasses = 4;
+
+/// Gives everything its place, which would happen with the first frame only.
+void layOut(QQuickItem& item) {
+    for (QQuickItem* child : item.childItems()) {
+        layOut(*child);
+    }
+    item.ensurePolished();
+}
+
+} // namespace
 
 SideWindow::SideWindow(
     QQmlEngine& engine, QQuickWindow& mainWindow, QUrl description, QVariantMap properties)
@@ -34,6 +49,12 @@ void SideWindow::show() {
         make();
     }
     if (!window_->isVisible()) {
+        // Its size is its content's, of which one part may wait for another.
+        for (int pass = 0; pass < layoutPasses; ++pass) {
+            // The window gives it that only when it is on the screen.
+            window_->contentItem()->setSize(window_->size());
+            layOut(*window_->contentItem());
+        }
         place();
         window_->show();
     }

@@ -20,6 +20,8 @@ Window {
     minimumHeight: height
     maximumHeight: height
 
+    // Also before it is shown: then it has the width that it keeps.
+    Component.onCompleted: model.appear()
     onVisibleChanged: {
         if (visible)
             model.appear();

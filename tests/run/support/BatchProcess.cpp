@@ -40,6 +40,12 @@ void BatchProcess::setVariable(const std::string& name, const std::string& value
     process_.setProcessEnvironment(environment);
 }
 
+void BatchProcess::removeVariable(const std::string& name) {
+    QProcessEnvironment environment = process_.processEnvironment();
+    environment.remove(QString::fromStdString(name));
+    process_.setProcessEnvironment(environment);
+}
+
 void BatchProcess::setWorkingDirectory(const fs::path& directory) {
     process_.setWorkingDirectory(QString::fromStdString(directory.string()));
 }

@@ -19,6 +19,7 @@ public:
     ~BatchProcess();
 
     void setVariable(const std::string& name, const std::string& value);
+    void removeVariable(const std::string& name);
     void setWorkingDirectory(const std::filesystem::path& directory);
     /// Performed in the new process ahead of the program, such as setting a limit.
     void setPreparation(std::function<void()> preparation);

@@ -59,5 +59,20 @@ TEST_F(ApplicationUpdateTest, GoesAgainWhereItDoesNotComeUp) {
     EXPECT_TRUE(application.closeSuccessor()) << "the old one serves the user again";
 }
 
+TEST_F(ApplicationUpdateTest, GoesAgainWhereItCameUpNeitherAtItsFirstStartNorAtItsSecond) {
+    application.release("2.0");
+    application.start();
+    application.fetchUpdate();
+    application.later();
+    EXPECT_EQ(application.quit(), 0);
+    ASSERT_EQ(application.version(), "2.0");
+    application.startInVain();
+    EXPECT_EQ(application.version(), "2.0") << "it may have been the machine's fault";
+    application.start();
+    EXPECT_EQ(application.version(), "1.0") << "the process has become the version before";
+    EXPECT_FALSE(application.hasPrevious());
+    EXPECT_EQ(application.quit(), 0);
+}
+
 } // namespace
 } // namespace ostrella::test

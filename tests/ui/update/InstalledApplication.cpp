@@ -9,6 +9,7 @@
 #include <fmt/format.h>
 #include <gtest/gtest.h>
 
+#include <array>
 #include <charconv>
 #include <csignal>
 #include <stdexcept>
@@ -110,6 +111,21 @@ void InstalledApplication::start() {
     process().start({});
     started_ = process().number();
     window(mainTitle);
+}
+
+void InstalledApplication::startInVain() {
+    constexpr std::array variables{"LIBGL_DRIVERS_PATH", "VK_ICD_FILENAMES"};
+    for (const char* const name : variables) {
+        process().setVariable(name, "/nonexistent");
+    }
+    process().start({});
+    started_ = process().number();
+    require([this] { return windowOf(started_, "").has_value(); }, "a word of what is missing");
+    process().signal(SIGKILL);
+    process().finish();
+    for (const char* const name : variables) {
+        process().removeVariable(name);
+    }
 }
 
 std::optional<ForeignWindow> InstalledApplication::windowOf(

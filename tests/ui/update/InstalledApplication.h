@@ -27,6 +27,8 @@ public:
     void releaseScript(const std::string& version, const std::string& script) const;
 
     void start();
+    /// Starts it where it finds no device to draw with, waits until it says so, and kills it.
+    void startInVain();
     /// Chooses "Check for Updates…" in the menu and takes what is offered, until that lies ready.
     void fetchUpdate();
     /// In the update window.

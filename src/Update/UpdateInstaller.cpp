@@ -8,6 +8,7 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <chrono>
 #include <memory>
@@ -37,6 +38,12 @@ constexpr std::string_view wasStarted = "started";
 
 [[noreturn]] void refuse(const std::string& attempt, std::error_code reason) {
     throw UpdateRefusal(fmt::format("{}: {}.", attempt, reason.message()));
+}
+
+/// So that it can be told apart from what stands after it in the record.
+bool isOneWord(std::string_view version) {
+    return std::none_of(version.begin(), version.end(),
+        [](char c) { return static_cast<unsigned char>(c) <= ' ' || c == '\x7f'; });
 }
 
 /// Archives hold the root's folders either as they are or in one folder around them.
@@ -162,6 +169,9 @@ void UpdateInstaller::check(const fs::path& tree, const AppcastItem& item,
     const std::string stated = version(tree);
     if (stated.empty()) {
         throw UpdateRefusal("The archive does not tell which version it holds.");
+    }
+    if (!isOneWord(stated)) {
+        throw UpdateRefusal("The archive's version is not a single word.");
     }
     if (stated != item.version) {
         throw UpdateRefusal(

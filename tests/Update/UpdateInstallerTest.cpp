@@ -125,6 +125,15 @@ TEST_F(UpdateInstallerTest, WithoutAVersionItIsRefused) {
     expectUntouched();
 }
 
+TEST_F(UpdateInstallerTest, AVersionOfSeveralWordsIsRefused) {
+    for (const std::string version : {"1.1.0 beta", "1.1.0\\n1.2.0", " 1.1.0", "1.1.0\\u007f"}) {
+        EXPECT_EQ(refusalToStage(copyEntries(version)),
+            "Update refused · The archive's version is not a single word.")
+            << version;
+    }
+    expectUntouched();
+}
+
 TEST_F(UpdateInstallerTest, AProgramThatDoesNotStartHereIsRefused) {
     EXPECT_EQ(refusalToStage(copyEntries("1.1.0", "#!/bin/sh\nexit 3\n")),
         "Update refused · The new version does not start on this machine: status 3.");

@@ -78,20 +78,33 @@ void UpdateWindow::make() {
     precondition(window != nullptr, "the update window's description is whole");
     static_cast<void>(made.release());
     window_.reset(window);
+    // It grows with what it tells.
+    connect(window, &QWindow::heightChanged, this, &UpdateWindow::keepOnScreen);
 }
 
 void UpdateWindow::centre() {
     const QRect around =
         mainWindow_.isVisible() ? mainWindow_.geometry() : window_->screen()->availableGeometry();
-    const QRect room =
-        (mainWindow_.screen() ? mainWindow_.screen() : window_->screen())->availableGeometry();
     QRect place(QPoint(), window_->size());
     place.moveCenter(around.center());
-    place.moveLeft(std::clamp(place.left(), room.left(),
-        std::max(room.left(), room.left() + room.width() - place.width())));
-    place.moveTop(std::clamp(place.top(), room.top(),
-        std::max(room.top(), room.top() + room.height() - place.height())));
-    window_->setPosition(place.topLeft());
+    window_->setPosition(onScreen(place));
+}
+
+void UpdateWindow::keepOnScreen() {
+    const QPoint place = onScreen(window_->geometry());
+    if (window_->isVisible() && place != window_->position()) {
+        window_->setPosition(place);
+    }
+}
+
+QPoint UpdateWindow::onScreen(const QRect& place) const {
+    const QScreen* screen = mainWindow_.screen() ? mainWindow_.screen() : window_->screen();
+    // With a frame like the main window's.
+    const QRect room = screen->availableGeometry().marginsRemoved(mainWindow_.frameMargins());
+    return {std::clamp(place.left(), room.left(),
+                std::max(room.left(), room.left() + room.width() - place.width())),
+        std::clamp(place.top(), room.top(),
+            std::max(room.top(), room.top() + room.height() - place.height()))};
 }
 
 } // namespace ostrella

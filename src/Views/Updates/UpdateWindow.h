@@ -1,8 +1,9 @@
 #pragma once
 
 #include <QObject>
-#include <QPointer>
+#include <QPoint>
 #include <QQuickWindow>
+#include <QRect>
 
 #include <memory>
 
@@ -34,6 +35,9 @@ private:
     void show();
     void make();
     void centre();
+    void keepOnScreen();
+    /// Where a window of this place and size lies whole on the main window's screen.
+    QPoint onScreen(const QRect& place) const;
 
     UpdateWindowModel& model_;
     QQmlEngine& engine_;

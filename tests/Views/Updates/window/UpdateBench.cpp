@@ -1,4 +1,4 @@
-#include "UpdateBench.h"
+#include "Views/Updates/window/UpdateBench.h"
 
 #include "support/Wait.h"
 
@@ -30,7 +30,7 @@ void visit(QAccessibleInterface* parent,
 
 } // namespace
 
-UpdateBench::UpdateBench() {
+UpdateBench::UpdateBench(const ToFront& toFront) {
     Theme::shared().setDark(true);
     Theme::shared().setReducedMotion(true);
     Theme::shared().setTextScale(1);
@@ -49,8 +49,9 @@ UpdateBench::UpdateBench() {
     mainWindow.setGeometry(room.width() - 560, 20, 540, room.height() - 60);
     mainWindow.setTitle(QStringLiteral("main"));
     mainWindow.show();
-    mainWindow.requestActivate();
-    EXPECT_TRUE(waitUntil([this] { return mainWindow.isExposed() && mainWindow.isActive(); }));
+    EXPECT_TRUE(waitUntil([this] { return mainWindow.isExposed(); }));
+    toFront(mainWindow);
+    EXPECT_TRUE(waitUntil([this] { return mainWindow.isActive(); }));
     shown = std::make_unique<UpdateWindow>(*model, engine, mainWindow);
 }
 

@@ -12,6 +12,7 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -24,7 +25,11 @@ protected:
     using Answer = UpdateFormat::Answer;
     using Stage = UpdateSession::Stage;
 
-    UpdateBench();
+    using ToFront = std::function<void(QWindow& window)>;
+
+    /// `toFront` brings the main window to the front at first.
+    explicit UpdateBench(
+        const ToFront& toFront = [](QWindow& window) { window.requestActivate(); });
     ~UpdateBench() override;
 
     /// Tells of a stage, and waits for the window where one is expected.

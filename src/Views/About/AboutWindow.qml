@@ -3,22 +3,15 @@ import Ostrella.About
 import Ostrella.Controls
 
 // What this is, which version, and what it runs.
-Window {
+FixedWindow {
     id: window
 
     required property AboutModel model
 
     title: model.texts.windowTitle
-    color: Theme.surfaceBase
-    flags: Qt.Dialog
-    // As wide as the longest row needs, and no wider than the screen.
-    width: Math.min(Screen.desktopAvailableWidth,
-        Math.max(Theme.length(336), tagLine.implicitWidth + 32, rows.neededWidth + 60))
-    height: Math.min(Screen.desktopAvailableHeight, content.height)
-    minimumWidth: width
-    maximumWidth: width
-    minimumHeight: height
-    maximumHeight: height
+    // As wide as the longest row needs.
+    wantedWidth: Math.max(Math.round(336 * Theme.lengthScale), tagLine.implicitWidth + 32, rows.neededWidth + 60)
+    wantedHeight: content.height
 
     // Also before it is shown: then it has the width that it keeps.
     Component.onCompleted: model.appear()
@@ -28,11 +21,6 @@ Window {
     }
     // The acknowledgements cannot go when this is gone already.
     onClosing: model.showAcknowledgements = false
-
-    Shortcut {
-        sequences: ["Esc", "Ctrl+W"]
-        onActivated: window.close()
-    }
 
     Flickable {
         anchors.fill: parent
@@ -48,7 +36,7 @@ Window {
 
             AppIcon {
                 anchors.horizontalCenter: parent.horizontalCenter
-                width: Theme.length(96)
+                width: Math.round(96 * Theme.lengthScale)
                 height: width
                 Accessible.ignored: true
             }
@@ -182,8 +170,19 @@ Window {
     }
 
     AcknowledgementsView {
+        id: sheet
         model: window.model
         transientParent: window
-        visible: window.model.showAcknowledgements
+    }
+
+    Connections {
+        target: window.model
+
+        function onShowAcknowledgementsChanged() {
+            if (window.model.showAcknowledgements)
+                sheet.open();
+            else
+                sheet.close();
+        }
     }
 }

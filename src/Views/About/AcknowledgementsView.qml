@@ -3,32 +3,29 @@ import Ostrella.About
 import Ostrella.Controls
 
 // Whose tools the application runs, and under which licences.
-Window {
+FixedWindow {
     id: window
 
     required property AboutModel model
 
     title: model.texts.acknowledgements
-    color: Theme.surfaceBase
-    flags: Qt.Dialog
     modality: Qt.WindowModal
-    width: Math.min(Theme.length(488), Screen.desktopAvailableWidth)
-    height: Math.min(notices.height + foot.height, Screen.desktopAvailableHeight)
-    minimumWidth: width
-    maximumWidth: width
-    minimumHeight: height
-    maximumHeight: height
+    wantedWidth: Math.round(488 * Theme.lengthScale)
+    wantedHeight: notices.height + foot.height
 
-    onVisibleChanged: {
-        if (visible)
-            done.forceActiveFocus(Qt.PopupFocusReason);
+    function open() {
+        // Otherwise its size would be known with its first frame only.
+        for (let i = 0; i < items.count; ++i)
+            items.itemAt(i).forceLayout();
+        notices.forceLayout();
+        x = transientParent.x + Math.round((transientParent.width - width) / 2);
+        y = transientParent.y + Math.round((transientParent.height - height) / 2);
+        show();
+        requestActivate();
+        done.forceActiveFocus(Qt.PopupFocusReason);
     }
+
     onClosing: model.showAcknowledgements = false
-
-    Shortcut {
-        sequences: ["Esc", "Ctrl+W"]
-        onActivated: window.close()
-    }
 
     Flickable {
         anchors {
@@ -45,11 +42,12 @@ Window {
         Column {
             id: notices
             x: 20
-            width: parent.width - 40
+            width: window.fittingWidth - 40
             topPadding: 16
             spacing: 12
 
             Repeater {
+                id: items
                 model: window.model.notices
 
                 Column {

@@ -36,7 +36,7 @@ Item {
         autoRepeat: true
         hoverEnabled: true
         focusPolicy: Qt.NoFocus
-        width: Theme.length(26)
+        width: Math.round(26 * Theme.lengthScale)
         height: stepper.height
         Accessible.ignored: true
         onClicked: stepper.change(steps)
@@ -121,7 +121,7 @@ Item {
         Rectangle {
             id: field
             x: less.width
-            width: Math.max(Theme.length(64), Math.ceil(number.implicitWidth) + 16)
+            width: Math.max(Math.round(64 * Theme.lengthScale), Math.ceil(number.implicitWidth) + 16)
             height: parent.height
             color: Theme.fieldFill
 

@@ -34,7 +34,7 @@ Item {
         readonly property real minimumValue: from
         readonly property real maximumValue: to
 
-        implicitWidth: Theme.length(152)
+        implicitWidth: Math.round(152 * Theme.lengthScale)
         height: parent.height
         from: factor.from
         to: factor.to
@@ -73,7 +73,7 @@ Item {
         background: Rectangle {
             y: (slider.height - height) / 2
             width: slider.width
-            height: Theme.length(4)
+            height: Math.round(4 * Theme.lengthScale)
             radius: height / 2
             color: slider.enabled ? Theme.borderStrong : Theme.borderSubtle
 
@@ -88,7 +88,7 @@ Item {
         handle: Rectangle {
             x: Math.round(slider.visualPosition * (slider.width - width))
             y: (slider.height - height) / 2
-            width: Theme.length(16)
+            width: Math.round(16 * Theme.lengthScale)
             height: width
             radius: width / 2
             color: !slider.enabled ? Theme.textDisabled : Theme.dark ? Theme.textPrimary : "white"
@@ -116,7 +116,7 @@ Item {
         id: number
         anchors.right: parent.right
         anchors.verticalCenter: parent.verticalCenter
-        width: Math.max(Theme.length(56), Math.ceil(implicitWidth))
+        width: Math.max(Math.round(56 * Theme.lengthScale), Math.ceil(implicitWidth))
         horizontalAlignment: Text.AlignRight
         text: Stepping.factor(factor.value)
         color: factor.enabled ? Theme.textPrimary : Theme.textDisabled

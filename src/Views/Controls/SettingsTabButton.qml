@@ -19,7 +19,7 @@ T.TabButton {
     leftPadding: 8
     rightPadding: 8
     implicitHeight: Theme.itemHeight
-    implicitWidth: Math.max(Theme.length(72), Math.round(implicitContentWidth) + leftPadding + rightPadding)
+    implicitWidth: Math.max(Math.round(72 * Theme.lengthScale), Math.round(implicitContentWidth) + leftPadding + rightPadding)
     focusPolicy: chosen ? Qt.StrongFocus : Qt.ClickFocus
     Accessible.name: text
     Accessible.onPressAction: clicked()

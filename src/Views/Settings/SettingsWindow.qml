@@ -7,7 +7,7 @@ import Ostrella.Settings
 
 // The settings: a tab each for the solver and the streamlines, and below them the way back. Of one
 // size for both tabs, so that nothing moves when another is chosen.
-Window {
+FixedWindow {
     id: window
 
     required property SettingsModel model
@@ -24,23 +24,12 @@ Window {
     }
 
     title: model.texts.windowTitle
-    color: Theme.surfaceBase
-    flags: Qt.Dialog
-    width: Math.min(Theme.length(488), Screen.desktopAvailableWidth)
-    height: Math.min(head.height + Math.max(Theme.length(387), body.contentHeight) + foot.height,
-        Screen.desktopAvailableHeight)
-    minimumWidth: width
-    maximumWidth: width
-    minimumHeight: height
-    maximumHeight: height
+    wantedWidth: Math.round(488 * Theme.lengthScale)
+    wantedHeight: head.height + Math.max(Math.round(387 * Theme.lengthScale), body.contentHeight) + foot.height
 
     // What has the keyboard is in sight.
     onActiveFocusItemChanged: body.show(activeFocusItem)
 
-    Shortcut {
-        sequences: ["Esc", "Ctrl+W"]
-        onActivated: window.close()
-    }
     Shortcut {
         sequences: ["Ctrl+Tab", "Ctrl+PgDown"]
         onActivated: window.chooseNext(1)

@@ -4,6 +4,7 @@
 #include <xcb/xcb.h>
 
 #include <algorithm>
+#include <chrono>
 #include <cstdlib>
 #include <stdexcept>
 
@@ -31,6 +32,8 @@ ManagedDesktop::ManagedDesktop()
     manager_ = std::make_unique<TalkingProgram>(
         QStringLiteral("openbox"), QStringList{QStringLiteral("--sm-disable")});
     EXPECT_TRUE(waitUntil([this] { return isManaged(); })) << "the window manager does not start";
+    EXPECT_TRUE(waitUntil([this] { return takesWindows(); }))
+        << "the window manager is not at work";
 }
 
 ManagedDesktop::~ManagedDesktop() {
@@ -68,6 +71,19 @@ bool ManagedDesktop::isManaged() const {
     const std::vector<std::uint32_t> sign = numbers(root_, "_NET_SUPPORTING_WM_CHECK");
     return sign.size() == 1 && numbers(sign.front(), "_NET_SUPPORTING_WM_CHECK") == sign &&
            numbers(root_, "_NET_WORKAREA").size() >= 4;
+}
+
+bool ManagedDesktop::takesWindows() const {
+    // It says that it is there before it attends to windows; one that comes between may be missed.
+    xcb_connection_t* c = connection_.get();
+    const xcb_window_t window = xcb_generate_id(c);
+    xcb_create_window(c, XCB_COPY_FROM_PARENT, window, root_, 0, 0, 100, 100, 0,
+        XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT, 0, nullptr);
+    xcb_map_window(c, window);
+    const auto isTaken = [&] { return !numbers(window, "WM_STATE").empty(); };
+    const bool taken = waitUntil(isTaken, std::chrono::milliseconds(1000));
+    xcb_destroy_window(c, window);
+    return taken && waitUntil([&] { return numbers(root_, "_NET_CLIENT_LIST").empty(); });
 }
 
 std::vector<std::uint32_t> ManagedDesktop::windowsOf(std::int64_t process) const {

@@ -47,6 +47,7 @@ private:
     void tell(
         std::uint32_t window, std::string_view message, std::vector<std::uint32_t> values) const;
     bool isManaged() const;
+    bool takesWindows() const;
 
     TemporaryDirectory directory_;
     EnvironmentVariable configuration_;

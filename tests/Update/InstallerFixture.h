@@ -3,6 +3,7 @@
 #include "Update/CopyMaker.h"
 #include "Update/UpdateInstaller.h"
 #include "Update/UpdateRefusal.h"
+#include "support/ManualTimers.h"
 #include "support/Wait.h"
 
 #include <gmock/gmock.h>
@@ -28,7 +29,10 @@ protected:
         makeCopy(root_, "1.0.0");
     }
 
-    UpdateInstaller installer(UpdateInstaller::Options options = {}) const {
+    /// No thread is started for its time limit, so that a process that was forked off can use it.
+    UpdateInstaller installer() { return installer({.timers = &timers_}); }
+
+    UpdateInstaller installer(UpdateInstaller::Options options) const {
         return UpdateInstaller(root_, std::move(options));
     }
 
@@ -54,7 +58,7 @@ protected:
         return "";
     }
 
-    std::string refusalToStage(const std::vector<ArchiveEntry>& entries) const {
+    std::string refusalToStage(const std::vector<ArchiveEntry>& entries) {
         makeArchive(archive_, entries);
         UpdateInstaller subject = installer();
         return refusal([&] { subject.stage(archive_, item("1.1.0"), "1.0.0"); });
@@ -79,6 +83,7 @@ protected:
     std::string installed() const { return UpdateInstaller::version(root_); }
     Names beside() const { return namesIn(root_.parent_path()); }
 
+    ManualTimers timers_;
     TemporaryDirectory directory_;
     std::filesystem::path archive_ = directory_.path() / "archive";
     std::filesystem::path root_ = directory_.path() / "place" / "ostrella";

@@ -12,12 +12,13 @@ namespace fs = std::filesystem;
 /// Both ways: in one step of the file system, and in two.
 class UpdateExchangeTest : public InstallerFixture, public testing::WithParamInterface<bool> {
 protected:
-    UpdateInstaller subject(std::function<void()> halfWay = {}) const {
-        return installer({.atomically = GetParam(), .halfWay = std::move(halfWay)});
+    UpdateInstaller subject(std::function<void()> halfWay = {}) {
+        return installer(
+            {.atomically = GetParam(), .halfWay = std::move(halfWay), .timers = &timers_});
     }
 
     /// Version 1.1.0 in place, not come up yet, by a process that has ended.
-    void exchangeElsewhere() const {
+    void exchangeElsewhere() {
         inProcessThatEnds([this] {
             UpdateInstaller other = subject();
             stage(other);
@@ -29,7 +30,7 @@ protected:
     }
 
     /// Nothing is left to do, and another update can begin.
-    void expectSettled(const std::string& version) const {
+    void expectSettled(const std::string& version) {
         EXPECT_EQ(installed(), version);
         UpdateInstaller next = subject();
         const auto recovery = next.recover();

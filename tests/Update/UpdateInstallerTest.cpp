@@ -1,5 +1,4 @@
 #include "Update/InstallerFixture.h"
-#include "support/ManualTimers.h"
 
 #include <atomic>
 #include <csignal>
@@ -144,17 +143,16 @@ TEST_F(UpdateInstallerTest, AProgramThatDoesNotStartHereIsRefused) {
 }
 
 TEST_F(UpdateInstallerTest, AProgramThatHangsAtItsVersionIsRefused) {
-    ManualTimers timers;
     makeArchive(archive_, copyEntries("1.1.0", "#!/bin/sh\nwhile :; do read x </dev/zero; done\n"));
-    UpdateInstaller subject = installer({.timers = &timers});
+    UpdateInstaller subject = installer();
     std::string line;
     std::atomic<bool> isDone = false;
     std::thread worker([&] {
         line = refusal([&] { subject.stage(archive_, item("1.1.0"), "1.0.0"); });
         isDone = true;
     });
-    EXPECT_TRUE(waitUntil([&] { return !timers.pending().empty() || isDone; }));
-    timers.advance(10);
+    EXPECT_TRUE(waitUntil([&] { return !timers_.pending().empty() || isDone; }));
+    timers_.advance(10);
     worker.join();
     EXPECT_THAT(
         line, StartsWith("Update refused · The new version does not start on this machine"));
@@ -214,15 +212,14 @@ TEST_F(UpdateInstallerTest, NothingStaysOfWhatWasCancelled) {
 }
 
 TEST_F(UpdateInstallerTest, AProgramThatIsTriedIsLeftAtOnce) {
-    ManualTimers timers;
     makeArchive(archive_, copyEntries("1.1.0", "#!/bin/sh\nwhile :; do read x </dev/zero; done\n"));
-    UpdateInstaller subject = installer({.timers = &timers});
+    UpdateInstaller subject = installer();
     const CancellationSource source;
     std::thread worker([&] {
         EXPECT_THROW(
             subject.stage(archive_, item("1.1.0"), "1.0.0", source.token()), CancellationError);
     });
-    EXPECT_TRUE(waitUntil([&] { return !timers.pending().empty(); }));
+    EXPECT_TRUE(waitUntil([&] { return !timers_.pending().empty(); }));
     source.cancel();
     worker.join();
     expectUntouched();

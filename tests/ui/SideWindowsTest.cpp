@@ -69,6 +69,19 @@ TEST_F(SideWindows, aboutTellsThePackagesTools) {
     EXPECT_NE(about->solver(), QStringLiteral("·"));
 }
 
+TEST_F(SideWindows, leaveTheWayToQuitByTheKeyboard) {
+    window->showSettings();
+    ASSERT_TRUE(waitFor([&] { return isShown(window->settings()); }));
+    RealInput onSettings(*window->settings().window());
+    onSettings.type(Qt::Key_Q, Qt::ControlModifier);
+    EXPECT_EQ(quits, 1);
+    onSettings.type(Qt::Key_Escape);
+    EXPECT_TRUE(waitFor([&] { return !isShown(window->settings()); }));
+    user = std::make_unique<RealInput>(window->window());
+    user->type(Qt::Key_Q, Qt::ControlModifier);
+    EXPECT_EQ(quits, 2) << "and once only";
+}
+
 TEST_F(SideWindows, goWithTheMainWindow) {
     window->showSettings();
     window->showAbout();

@@ -87,6 +87,8 @@ BrandMenuBar {
 
             sequences: entry.shortcuts
             enabled: entry.item.enabled
+            // In its own window an alert is to keep them off.
+            context: entry.everywhere && !bar.Window.active ? Qt.ApplicationShortcut : Qt.WindowShortcut
             onActivated: entry.item.trigger()
             onActivatedAmbiguously: entry.item.trigger()
         }

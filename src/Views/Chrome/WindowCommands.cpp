@@ -162,6 +162,7 @@ QVariantMap WindowCommands::entryOf(
     const QString& text, const QStringList& shortcuts, bool isToggle, CommandItem* item) const {
     return {{QStringLiteral("separator"), false}, {QStringLiteral("text"), text},
         {QStringLiteral("shortcuts"), shortcuts}, {QStringLiteral("toggle"), isToggle},
+        {QStringLiteral("everywhere"), false},
         {QStringLiteral("item"), QVariant::fromValue<QObject*>(item)}};
 }
 
@@ -218,7 +219,10 @@ void WindowCommands::makeMenus(const PlatformWords& words) {
         return entryOf(text("Settings…"), {text("Ctrl+,")}, false, make(plain(Command::settings)));
     };
     const auto quit = [&](const char* title) {
-        return entryOf(text(title), {text("Ctrl+Q")}, false, add({.action = doors_.quit}));
+        QVariantMap entry =
+            entryOf(text(title), {text("Ctrl+Q")}, false, add({.action = doors_.quit}));
+        entry.insert(QStringLiteral("everywhere"), true);
+        return entry;
     };
 
     // The Mac has a menu with the application's name, which holds what stands in File, Edit and

@@ -29,7 +29,8 @@ class WindowCommands final : public QObject {
 
     /// The menus from the left: maps with `title`, `mnemonic` (the title with an ampersand before
     /// the letter that opens it with Alt) and `items`; an item is a map with `separator`, `text`,
-    /// `shortcuts` (a list), `toggle` and `item`, a CommandItem.
+    /// `shortcuts` (a list), `everywhere` (they count in the windows beside the main one too),
+    /// `toggle` and `item`, a CommandItem.
     Q_PROPERTY(QVariantList menus READ menus CONSTANT)
     /// The clusters from the left, the last at the right end: lists of maps with `text`, `symbol`,
     /// `toggle` and `item`.

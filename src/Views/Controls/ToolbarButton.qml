@@ -37,7 +37,7 @@ T.Button {
     function widthOf(look) {
         if (look === ToolbarButton.Labels)
             return Math.max(52 * Theme.lengthScale, Math.round(implicitContentWidth) + leftPadding + rightPadding);
-        return look === ToolbarButton.Symbols ? Theme.itemHeight : Theme.length(28);
+        return look === ToolbarButton.Symbols ? Theme.itemHeight : Math.round(28 * Theme.lengthScale);
     }
 
     // As a click does, for who has no pointer.

@@ -74,7 +74,7 @@ AppUnderTest::AppUnderTest(const fs::path& package, std::unique_ptr<Updater> giv
             .temporaryDirectory = directory(),
             .openAddress = [this](
                                const std::string& address) { openedAddresses.push_back(address); },
-            .quit = [] {}},
+            .quit = [this] { ++quits; }},
         *appearance_, PackageFacts{.bundle = AppBundle(package), .updates = app->updates.get()});
     window->window().setGeometry(0, 0, 1400, 880);
     window->show();

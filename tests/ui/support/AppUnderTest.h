@@ -86,6 +86,7 @@ protected:
 
     MemoryPreferences preferences;
     std::vector<std::string> openedAddresses;
+    int quits = 0;
     std::unique_ptr<OstrellaApp> app;
     Updater* updater = nullptr;
     std::unique_ptr<MainWindow> window;

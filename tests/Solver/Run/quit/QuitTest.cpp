@@ -5,6 +5,8 @@
 #include "Models/MainThread.h"
 #include "Models/PreferenceStore.h"
 #include "Ostrella/OstrellaApp.h"
+#include "Platform/ChildProcess.h"
+#include "Platform/FileDescriptor.h"
 #include "Solver/Tools/Background.h"
 #include "support/ManualClock.h"
 #include "support/ManualTimers.h"
@@ -17,7 +19,10 @@
 #include <iterator>
 #include <latch>
 #include <memory>
+#include <optional>
 #include <string>
+
+#include <fcntl.h>
 
 namespace ostrella::test {
 namespace {
@@ -40,10 +45,19 @@ void fillPool() {
     second.wait();
 }
 
+/// The thread that starts programs stays for good, too.
+void startAProgram() {
+    ChildProcess child;
+    const FileDescriptor output(::open("/dev/null", O_WRONLY | O_CLOEXEC));
+    child.start({"/bin/true", {}, std::nullopt}, output.get());
+    EXPECT_EQ(child.wait(), 0);
+}
+
 class Quitting : public testing::Test {
 protected:
     Quitting() {
         fillPool();
+        startAProgram();
         before_ = threadCount();
     }
 

@@ -8,6 +8,8 @@ BrandMenuBar {
     id: bar
 
     required property WindowCommands commands
+    // A message waits for its answer: keys are not for commands.
+    property bool isWaiting: false
 
     Component.onCompleted: {
         for (const description of commands.menus)
@@ -86,9 +88,8 @@ BrandMenuBar {
             required property var entry
 
             sequences: entry.shortcuts
-            enabled: entry.item.enabled
-            // In its own window an alert is to keep them off.
-            context: entry.everywhere && !bar.Window.active ? Qt.ApplicationShortcut : Qt.WindowShortcut
+            enabled: entry.item.enabled && !bar.isWaiting
+            context: entry.everywhere ? Qt.ApplicationShortcut : Qt.WindowShortcut
             onActivated: entry.item.trigger()
             onActivatedAmbiguously: entry.item.trigger()
         }

@@ -73,6 +73,7 @@ ApplicationWindow {
 
     menuBar: MainMenuBar {
         commands: window.model.commands
+        isWaiting: window.model.alertTitle !== ""
     }
 
     footer: StatusBar {

@@ -78,15 +78,22 @@ protected:
         fs::create_symlink("ostrella-preview-solver", stage() / "libexec/ostrella/SU2_CFD");
     }
 
-    void tellOfItself(const std::string& trusted) const {
+    void tellOfItself(const std::string& trusted,
+        const std::string& feed = "https://ostrella.example/appcast.xml") const {
         writeFile(stage() / "share/ostrella/Info.json", fmt::format(R"({{
   "CFBundleShortVersionString" : "1.2.0",
   "CFBundleVersion" : "129",
-  "SUFeedURL" : "https://ostrella.example/appcast.xml",
+  "SUFeedURL" : "{}",
   "SUPublicEDKey" : "{}"
 }}
 )",
-                                                            trusted));
+                                                            feed, trusted));
+    }
+
+    /// An empty folder.
+    fs::path unpacked() const {
+        fs::create_directory(folder.path() / "unpacked");
+        return folder.path() / "unpacked";
     }
 
     /// The first of the files of this kind that the script has made.
@@ -135,7 +142,8 @@ TEST_F(ReleaseTest, SignsTheArchiveWithTheKey) {
 TEST_F(ReleaseTest, TheArchiveIsInstalled) {
     ASSERT_EQ(release().status, 0);
     const fs::path root = folder.path() / "installed/Ostrella";
-    fs::create_directories(root);
+    writeFile(root / "bin/ostrella", "#!/bin/sh\n");
+    writeFile(root / "share/ostrella/Info.json", R"({"CFBundleVersion": "128"})");
     UpdateInstaller installer(root);
     ASSERT_NO_THROW(installer.stage(made(".xz"), item(), "128"));
     installer.exchange();
@@ -189,6 +197,28 @@ TEST_F(ReleaseTest, RefusesAPackageWithoutLicences) {
 TEST_F(ReleaseTest, RefusesAnAddressThatTheUpdaterWould) {
     EXPECT_NE(script({"--address", "http://ostrella.example"}).status, 0);
     EXPECT_NE(script({}).status, 0);
+}
+
+TEST_F(ReleaseTest, PacksForMachinesWithoutANetwork) {
+    tellOfItself(publicKey, "file:///srv/ostrella/appcast.xml");
+    ASSERT_EQ(script({"--address", "file:///srv/ostrella"}).status, 0);
+    EXPECT_EQ(item().archiveAddress, "file:///srv/ostrella/" + made(".xz").filename().string());
+}
+
+TEST_F(ReleaseTest, RefusesAnArchiveThatItsFeedMayNotName) {
+    EXPECT_NE(script({"--address", "file:///srv/ostrella"}).status, 0);
+    tellOfItself(publicKey, "file:///srv/ostrella/appcast.xml");
+    EXPECT_NE(script({"--address", "https://ostrella.example"}).status, 0);
+}
+
+TEST_F(ReleaseTest, TakesAlongWhatALinkLeadsToOutsideOfThePackage) {
+    fs::remove(stage() / "libexec/ostrella/gmsh");
+    fs::create_symlink("../../../gmsh", stage() / "libexec/ostrella/gmsh");
+    ASSERT_EQ(release().status, 0);
+    UpdateArchive::unpack(made(".xz"), unpacked());
+    const auto tool = fs::directory_iterator(unpacked())->path() / "libexec/ostrella/gmsh";
+    EXPECT_FALSE(fs::is_symlink(tool));
+    EXPECT_EQ(readFile(tool), "#!/bin/sh\n");
 }
 
 TEST_F(ReleaseTest, RefusesALinkToNothing) {

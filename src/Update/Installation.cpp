@@ -111,6 +111,11 @@ std::string reasonAgainst(const fs::path& root) {
     if (!fs::is_regular_file(root / "share" / "ostrella" / "Info.json", error)) {
         return fmt::format("the installation in {} does not tell its version", root.string());
     }
+    for (fs::path folder = root; folder != folder.root_path(); folder = folder.parent_path()) {
+        if (fs::exists(folder / "CMakeCache.txt", error)) {
+            return fmt::format("it lies in {}, where it was built", folder.string());
+        }
+    }
     for (const fs::path& folder : {root, root.parent_path()}) {
         if (!isWritable(folder)) {
             return fmt::format("the folder {} is not writable", folder.string());

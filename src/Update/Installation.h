@@ -15,7 +15,8 @@ public:
 
     /// True where the application may put another version in the place of this one: the user may
     /// write the root and the folder around it, the root holds nothing but what the application
-    /// brings, and lies outside of what the system's package manager keeps.
+    /// brings, and lies outside of what the system's package manager keeps and of where it was
+    /// built.
     bool isOwn() const { return managedBecause_.empty(); }
     /// Why it is not ours to replace, as the end of a sentence; empty where it is.
     const std::string& managedBecause() const { return managedBecause_; }

@@ -87,6 +87,14 @@ TEST_F(InstallationTest, ALinkInThePlaceOfAFolderIsForeign) {
     EXPECT_THAT(reason(), HasSubstr("it shares its folder with "));
 }
 
+TEST_F(InstallationTest, WhereItIsBuiltItIsMadeAnewAnyway) {
+    const fs::path cache = directory_.path() / "CMakeCache.txt";
+    writeFile(cache, "");
+    EXPECT_EQ(reason(), "it lies in " + directory_.path().string() + ", where it was built");
+    fs::remove(cache);
+    EXPECT_EQ(reason(), "");
+}
+
 TEST_F(InstallationTest, TheUserMustBeAllowedToWriteTheFolderAndTheOneAround) {
     const OrdinaryUser user(root_.parent_path());
     ASSERT_EQ(reason(), "");

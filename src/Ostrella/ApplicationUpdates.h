@@ -50,8 +50,14 @@ public:
     /// The application has come up: an update that brought it is kept.
     void confirmStarted();
 
-    /// Last, while the controller still lives: windows are gone, and another process may serve the
-    /// user. Puts an update that lies ready in place.
+    /// In a process that leaves the user to one that serves him already: nobody waits for it.
+    static void leaveToAnother();
+
+    /// Whether installAtQuit() starts the new version, which is to be the next to serve the user.
+    bool restartsAtQuit() const;
+
+    /// Last, while the controller still lives: windows are gone. Puts an update that lies ready in
+    /// place; no other process is to be started meanwhile, unless by this.
     void installAtQuit();
 
 private:

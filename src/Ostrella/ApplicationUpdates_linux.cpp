@@ -64,8 +64,15 @@ std::unique_ptr<QObject> ApplicationUpdates::showSessions(
 }
 
 void ApplicationUpdates::confirmStarted() {
-    updater_->confirmStarted();
-    claim_.close();
+    updater_->confirmStarted(std::move(claim_));
+}
+
+void ApplicationUpdates::leaveToAnother() {
+    UpdateRestart::confirm();
+}
+
+bool ApplicationUpdates::restartsAtQuit() const {
+    return updater_->restartsAtQuit();
 }
 
 void ApplicationUpdates::installAtQuit() {

@@ -38,4 +38,10 @@ void ApplicationUpdates::confirmStarted() {}
 
 void ApplicationUpdates::installAtQuit() {}
 
+void ApplicationUpdates::leaveToAnother() {}
+
+bool ApplicationUpdates::restartsAtQuit() const {
+    return false;
+}
+
 } // namespace ostrella

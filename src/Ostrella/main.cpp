@@ -106,6 +106,7 @@ QIcon applicationIcon() {
 int perform(const HandOver& start) {
     auto instance = std::make_unique<SingleInstance>(SingleInstance::usualSocket());
     if (instance->start(start) == SingleInstance::Role::second) {
+        ApplicationUpdates::leaveToAnother();
         return EXIT_SUCCESS;
     }
     const MainThread mainThread;
@@ -177,9 +178,13 @@ int perform(const HandOver& start) {
     updateLink.reset();
     link.reset();
     window.reset();
-    // The new version may be the next to serve the user, and then it is.
-    instance.reset();
+    // A new version that is started from here is the next to serve the user. Otherwise nobody is
+    // to start while the two versions change places.
+    if (updates.restartsAtQuit()) {
+        instance.reset();
+    }
     updates.installAtQuit();
+    instance.reset();
     return status;
 }
 

@@ -34,7 +34,8 @@ class UpdateDownload;
 ///
 /// In main(): UpdateRestart::adoptWatch() first of all; recover() once this process is known to be
 /// the only one, and in its place the program that it names, if any; confirmStarted() after the
-/// first frame; installAtQuit() last, when another process may take this one's place.
+/// first frame; installAtQuit() last, and before another process may take this one's place, unless
+/// restartsAtQuit().
 class AppcastUpdater final : public Updater {
     Q_OBJECT
 
@@ -93,17 +94,21 @@ public:
     /// `ready`: puts it in place and ends the application, unless the delegate postpones that.
     void installAndRestart();
 
-    /// The application shows its window: the version before is not needed any more. `done` is
-    /// called when it has been removed.
-    void confirmStarted(std::function<void()> done = {});
+    /// The application shows its window. Where this process is the start of an update that somebody
+    /// waits for, watching it or by the claim of recover(), nobody takes that back from here on,
+    /// and the version before is removed behind the scenes. `done` is called after that.
+    void confirmStarted(FileDescriptor claim, std::function<void()> done = {});
 
-    /// After the event loop, when windows are gone and the single instance is released: puts a
-    /// version that lies ready in place. After installAndRestart() it starts the new one and waits
-    /// until that has come up, else takes it back and starts this one again.
+    /// The new version is started by installAtQuit(), and needs the place of the single instance.
+    bool restartsAtQuit() const { return restarts_; }
+
+    /// After the event loop, when windows are gone: puts a version that lies ready in place. After
+    /// installAndRestart() it starts the new one and waits until that has come up, else takes it
+    /// back and starts this one again.
     void installAtQuit();
 
     /// Early, in the process that serves the user: finishes or takes back what was interrupted. Its
-    /// claim is held until confirmStarted().
+    /// claim is held until it is handed to confirmStarted().
     static UpdateInstaller::Recovery recover(const std::filesystem::path& root);
 
     static constexpr std::chrono::hours checkInterval{6};

@@ -11,6 +11,8 @@
 
 #include <QPointer>
 
+#include <fmt/format.h>
+
 #include <cstdio>
 #include <exception>
 #include <mutex>
@@ -22,6 +24,8 @@ namespace ostrella {
 namespace fs = std::filesystem;
 
 namespace {
+
+using Level = LogStore::Level;
 
 /// When the log is not on show any more.
 void tellOnTerminal(const std::string& line) {
@@ -142,13 +146,28 @@ void AppcastUpdater::relaunch() {
     surroundings_.quit();
 }
 
-void AppcastUpdater::confirmStarted(std::function<void()> done) {
+void AppcastUpdater::confirmStarted(FileDescriptor claim, std::function<void()> done) {
+    const bool isAwaited = UpdateRestart::isWatched() || claim.get() >= 0;
     // First, so that nobody waits for what follows.
     UpdateRestart::confirm();
-    Background::run([work = work_, done = std::move(done)]() mutable {
-        {
+    bool isUpdate = false;
+    if (isAwaited) {
+        // At once: the application may end before a worker comes to it.
+        const std::lock_guard lock(work_->mutex);
+        UpdateInstaller& installer = work_->installer;
+        isUpdate = installer.confirmStarted(presentVersion_, std::move(claim));
+        std::error_code error;
+        if (isUpdate && fs::exists(installer.previous(), error)) {
+            surroundings_.report(
+                fmt::format("The version before stays in {}: {}.", installer.previous().string(),
+                    Installation(installer.previous()).managedBecause()),
+                Level::info);
+        }
+    }
+    Background::run([work = work_, isUpdate, done = std::move(done)]() mutable {
+        if (isUpdate) {
             const std::lock_guard lock(work->mutex);
-            work->installer.confirmStarted();
+            work->installer.removePrevious();
         }
         if (done) {
             MainThread::post(std::move(done));
@@ -183,5 +202,8 @@ UpdateInstaller::Recovery AppcastUpdater::recover(const fs::path& root) {
     const fs::path whole = fs::canonical(root, error);
     return UpdateInstaller(error ? root : whole).recover();
 }
+            // The next start is to find nobody at it.
+            const std::lock_guard lock(work_->mutex);
+            installer.release();
 
 } // namespace ostrella

@@ -27,6 +27,12 @@ bool isThere(const fs::path& place) {
     return ::lstat(place.c_str(), &facts) == 0;
 }
 
+bool isOwnFolder(const fs::path& place) {
+    struct stat facts {};
+    return ::lstat(place.c_str(), &facts) == 0 && S_ISDIR(facts.st_mode) &&
+           facts.st_uid == ::geteuid() && (facts.st_mode & (S_IWGRP | S_IWOTH)) == 0;
+}
+
 std::error_code moveTo(const fs::path& from, const fs::path& to) {
     return ::rename(from.c_str(), to.c_str()) == 0 ? std::error_code() : lastError();
 }

@@ -13,6 +13,9 @@ std::error_code lastError();
 
 bool isThere(const std::filesystem::path& place);
 
+/// Whether it is a folder that nobody but this process's user can change, and no link to one.
+bool isOwnFolder(const std::filesystem::path& place);
+
 /// In one step; no error on success.
 std::error_code moveTo(const std::filesystem::path& from, const std::filesystem::path& to);
 

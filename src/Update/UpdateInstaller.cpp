@@ -3,6 +3,7 @@
 #include "Platform/AppBundle.h"
 #include "Platform/ChildProcess.h"
 #include "Update/FileSteps.h"
+#include "Update/Installation.h"
 #include "Update/UpdateRefusal.h"
 #include "Update/VersionOrder.h"
 
@@ -29,12 +30,7 @@ using namespace FileSteps;
 
 namespace {
 
-constexpr std::string_view previousSuffix = ".previous";
 constexpr std::chrono::seconds longestTrial{10};
-
-/// The record of an update that has been put in place: its version, and once it has been started
-/// without being watched, this after it.
-constexpr std::string_view wasStarted = "started";
 
 [[noreturn]] void refuse(const std::string& attempt, std::error_code reason) {
     throw UpdateRefusal(fmt::format("{}: {}.", attempt, reason.message()));
@@ -44,6 +40,12 @@ constexpr std::string_view wasStarted = "started";
 bool isOneWord(std::string_view version) {
     return std::none_of(version.begin(), version.end(),
         [](char c) { return static_cast<unsigned char>(c) <= ' ' || c == '\x7f'; });
+}
+
+void requireNewer(const std::string& candidate, const std::string& present) {
+    if (!VersionOrder::isNewer(candidate, present)) {
+        throw UpdateRefusal(fmt::format("Version {} is not newer than {}.", candidate, present));
+    }
 }
 
 /// Archives hold the root's folders either as they are or in one folder around them.
@@ -120,6 +122,14 @@ void UpdateInstaller::takeLock() {
     lock_ = std::move(lock);
 }
 
+void UpdateInstaller::requireOwn() const {
+    const Installation now(root_);
+    if (!now.isOwn()) {
+        throw UpdateRefusal(
+            fmt::format("Cannot replace {}: {}.", root_.string(), now.managedBecause()));
+    }
+}
+
 void UpdateInstaller::stage(const fs::path& archive, const AppcastItem& item,
     const std::string& presentVersion, const CancellationToken& token) {
     constexpr mode_t forTheUser = 0700;
@@ -133,11 +143,14 @@ void UpdateInstaller::stage(const fs::path& archive, const AppcastItem& item,
     if (::mkdir(work().c_str(), forTheUser) != 0 && errno != EEXIST) {
         refuse("Cannot write beside " + root_.string(), lastError());
     }
+    if (!isOwnFolder(work())) {
+        throw UpdateRefusal(fmt::format("Others can write {}.", work().string()));
+    }
     takeLock();
     const fs::path unpacked = work() / "unpacked";
     clear(unpacked);
-    clear(ready());
     try {
+        requireOwn();
         if (::mkdir(unpacked.c_str(), asRoot) != 0) {
             refuse("Cannot write beside " + root_.string(), lastError());
         }
@@ -146,12 +159,16 @@ void UpdateInstaller::stage(const fs::path& archive, const AppcastItem& item,
         UpdateArchive::requireLinksInside(tree);
         check(tree, item, presentVersion, token);
         settle(work());
+        clear(ready());
         if (const auto error = moveTo(tree, ready())) {
             refuse("Cannot move " + tree.string(), error);
         }
         clear(unpacked);
     } catch (...) {
-        discard();
+        clear(unpacked);
+        if (!isStaged()) {
+            discard();
+        }
         throw;
     }
 }
@@ -177,10 +194,7 @@ void UpdateInstaller::check(const fs::path& tree, const AppcastItem& item,
         throw UpdateRefusal(
             fmt::format("The archive holds version {} and not {}.", stated, item.version));
     }
-    if (!VersionOrder::isNewer(stated, presentVersion)) {
-        throw UpdateRefusal(
-            fmt::format("Version {} is not newer than {}.", stated, presentVersion));
-    }
+    requireNewer(stated, presentVersion);
     requireThatItStarts(program, token);
 }
 
@@ -212,7 +226,7 @@ bool UpdateInstaller::isStaged() const {
 }
 
 void UpdateInstaller::discard() {
-    if (!isThere(work()) || isThere(record())) {
+    if (!isOwnFolder(work()) || isThere(record())) {
         return;
     }
     try {
@@ -260,7 +274,11 @@ void UpdateInstaller::exchange() {
     if (!isStaged()) {
         throw UpdateRefusal("The update that lay ready is not there any more.");
     }
-    write(record(), version(ready()) + "\n");
+    requireOwn();
+    const std::string next = version(ready());
+    // Another may have been unpacked by hand meanwhile.
+    requireNewer(next, version(root_));
+    write(record(), next + "\n");
     try {
         replaceRoot(ready(), previous());
     } catch (const UpdateRefusal&) {
@@ -285,92 +303,6 @@ void UpdateInstaller::rollBack() {
     clear(record());
     clear(obsolete());
     settle(root_.parent_path());
-}
-
-void UpdateInstaller::confirmStarted() {
-    if (!isThere(record())) {
-        return;
-    }
-    if (isThere(previous())) {
-        clear(obsolete());
-        if (moveTo(previous(), obsolete())) {
-            return;
-        }
-    }
-    clear(record());
-    clear(work());
-}
-
-bool UpdateInstaller::recoverFromPrevious(Recovery& recovery) {
-    const std::string name = root_.filename().string();
-    if (!std::string_view(name).ends_with(previousSuffix)) {
-        return false;
-    }
-    UpdateInstaller whole(
-        root_.parent_path() / name.substr(0, name.size() - previousSuffix.size()), options_);
-    if (!isThere(whole.record()) || isThere(whole.root_) || moveTo(root_, whole.root_)) {
-        return false;
-    }
-    recovery.startInstead = whole.program();
-    clear(whole.record());
-    clear(whole.work());
-    return true;
-}
-
-UpdateInstaller::Recovery UpdateInstaller::recover() {
-    Recovery recovery;
-    try {
-        if (recoverFromPrevious(recovery)) {
-            return recovery;
-        }
-        if (const auto failed = words(failure()); !failed.empty()) {
-            recovery.failedVersion = failed.front();
-            clear(failure());
-        }
-        if (isThere(record())) {
-            takeLock();
-            if (const auto installing = words(record()); !installing.empty()) {
-                finishExchange(installing.front(), recovery);
-            }
-            recovery.claim = std::move(lock_);
-            if (!isThere(record())) {
-                recovery.claim.close();
-            }
-        }
-    } catch (const UpdateRefusal&) {
-        // Another process watches this one or is at it, or the application works as it is.
-    }
-    return recovery;
-}
-
-void UpdateInstaller::finishExchange(const std::string& installing, Recovery& recovery) {
-    if (version(root_) != installing) {
-        // It ended before the exchange, or after the way back.
-        if (isThere(previous()) && version(previous()) == installing) {
-            clear(obsolete());
-            moveTo(previous(), obsolete());
-            recovery.failedVersion = installing;
-        }
-        clear(record());
-        return;
-    }
-    if (!isThere(previous()) && isThere(ready())) {
-        moveTo(ready(), previous());
-    }
-    if (!isThere(previous())) {
-        // It had come up already.
-        clear(record());
-        return;
-    }
-    const auto state = words(record());
-    if (state.size() > 1 && state.back() == wasStarted) {
-        // Told of by the version that is started instead.
-        rollBack();
-        recovery.failedVersion = installing;
-        recovery.startInstead = program();
-        return;
-    }
-    write(record(), fmt::format("{}\n{}\n", installing, wasStarted));
 }
 
 } // namespace ostrella

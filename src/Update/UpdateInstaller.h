@@ -52,7 +52,8 @@ public:
 
     /// Unpacks the archive beside the root and checks what is in it: a program that starts, and
     /// exactly the version that `item` states, newer than `presentVersion`. Blocks the calling
-    /// worker. Throws UpdateRefusal, and CancellationError, and leaves nothing then.
+    /// worker. Throws UpdateRefusal, and CancellationError; nothing is left of the archive then,
+    /// and what was staged before stays.
     void stage(const std::filesystem::path& archive, const AppcastItem& item,
         const std::string& presentVersion, const CancellationToken& token = {});
 
@@ -61,14 +62,20 @@ public:
     void discard();
 
     /// Puts the staged version in the place of the installed one. Throws UpdateRefusal, also where
-    /// nothing is staged any more; the installed one is in its place then as before.
+    /// nothing is staged any more, where the root has come to hold what is not ours, and where what
+    /// is installed by now is no older; the installed one is in its place then as before.
     void exchange();
     /// Puts the previous version back. Throws UpdateRefusal, with the new one in its place.
     void rollBack();
 
-    /// The running version has come up: the one before is not needed any more. Removes it; may take
-    /// a while.
-    void confirmStarted();
+    /// The version `running` has come up: nobody takes it back any more, and the one before is put
+    /// aside, unless it holds what is not ours. Only for a process that is watched or holds the
+    /// claim of recover(), which it hands in. True if it was this update that waited for that.
+    bool confirmStarted(const std::string& running, FileDescriptor claim = {});
+    /// Removes what a confirmed start has put aside; may take a while.
+    void removePrevious();
+    /// Lets other processes at it again.
+    void release() { lock_.close(); }
 
     std::filesystem::path program() const { return root_ / "bin" / "ostrella"; }
     /// Where the version before is kept.
@@ -88,6 +95,7 @@ private:
     std::filesystem::path failure() const;
 
     void takeLock();
+    void requireOwn() const;
     void check(const std::filesystem::path& tree, const AppcastItem& item,
         const std::string& presentVersion, const CancellationToken& token) const;
     void requireThatItStarts(

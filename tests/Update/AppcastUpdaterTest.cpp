@@ -340,6 +340,43 @@ TEST_F(AppcastUpdaterTest, AVersionThatDidNotComeUpIsToldOfAndNotOfferedBySchedu
     search(Stage::found);
 }
 
+TEST_F(AppcastUpdaterTest, OnlyTheStartThatIsAwaitedConfirmsAnUpdate) {
+    offerNext();
+    started();
+    prepareNext();
+    updater_->remindLater();
+    updater_->installAtQuit();
+    ASSERT_EQ(installed(), "1.1.0");
+    const auto previous = root_.parent_path() / "ostrella.previous";
+    const auto confirm = [this](FileDescriptor claim) {
+        bool isDone = false;
+        make().confirmStarted(std::move(claim), [&isDone] { isDone = true; });
+        ASSERT_TRUE(waitUntil([&] { return isDone; }));
+    };
+    information_["CFBundleShortVersionString"] = "1.1.0";
+    confirm({});
+    EXPECT_EQ(UpdateInstaller::version(previous), "1.0.0") << "nobody awaits this start";
+    confirm(AppcastUpdater::recover(root_).claim);
+    EXPECT_EQ(namesIn(root_.parent_path()), std::set<std::string>{"ostrella"});
+    EXPECT_EQ(installed(), "1.1.0");
+}
+
+TEST_F(AppcastUpdaterTest, AVersionBeforeThatIsKeptIsToldOf) {
+    offerNext();
+    started();
+    prepareNext();
+    updater_->installAtQuit();
+    const auto previous = root_.parent_path() / "ostrella.previous";
+    writeFile(previous / "mine.csv", "mine");
+    information_["CFBundleShortVersionString"] = "1.1.0";
+    auto recovery = AppcastUpdater::recover(root_);
+    make().confirmStarted(std::move(recovery.claim));
+    EXPECT_THAT(
+        log_, ElementsAre("The version before stays in " + previous.string() +
+                          ": it shares its folder with " + (previous / "mine.csv").string() + "."));
+    EXPECT_EQ(readFile(previous / "mine.csv"), "mine");
+}
+
 TEST_F(AppcastUpdaterTest, LeftoversAreClearedAtTheStart) {
     writeFile(root_.parent_path() / ".ostrella.ostrella-update/ready/bin/ostrella", "old");
     started();

@@ -2,6 +2,8 @@
 
 #include "Update/InstallerFixture.h"
 
+#include <utility>
+
 namespace {
 
 using namespace ostrella;
@@ -51,12 +53,96 @@ INSTANTIATE_TEST_SUITE_P(Ways, UpdateExchangeTest, testing::Bool(),
 TEST_P(UpdateExchangeTest, TheNewVersionComesUpAndTheOldOneGoes) {
     exchangeElsewhere();
     UpdateInstaller next = subject();
-    const auto recovery = next.recover();
+    auto recovery = next.recover();
     EXPECT_EQ(recovery.failedVersion, "");
     EXPECT_FALSE(recovery.startInstead);
-    next.confirmStarted();
+    EXPECT_TRUE(next.confirmStarted("1.1.0", std::move(recovery.claim)));
+    next.removePrevious();
     EXPECT_EQ(beside(), Names{"ostrella"});
     expectSettled("1.1.0");
+}
+
+TEST_P(UpdateExchangeTest, AVersionThatCameUpIsKeptThoughTheProcessEndsBeforeTheOldOneIsRemoved) {
+    exchangeElsewhere();
+    inProcessThatEnds([this] {
+        UpdateInstaller first = subject();
+        auto recovery = first.recover();
+        first.confirmStarted("1.1.0", std::move(recovery.claim));
+        endProcess();
+    });
+    EXPECT_FALSE(fs::exists(previous_));
+    const auto second = subject().recover();
+    EXPECT_EQ(second.failedVersion, "");
+    EXPECT_FALSE(second.startInstead);
+    expectSettled("1.1.0");
+}
+
+TEST_P(UpdateExchangeTest, WhileTheOldVersionIsRemovedNobodyBeginsAnother) {
+    exchangeElsewhere();
+    UpdateInstaller first = subject();
+    auto recovery = first.recover();
+    ASSERT_TRUE(first.confirmStarted("1.1.0", std::move(recovery.claim)));
+    makeArchive(archive_, copyEntries("2.0"));
+    EXPECT_EQ(InstallerFixture::refusal([&] { subject().stage(archive_, item("2.0"), "1.1.0"); }),
+        "Update refused · Another Ostrella of this folder is updating it already.");
+    first.removePrevious();
+    expectSettled("1.1.0");
+}
+
+TEST_P(UpdateExchangeTest, AnotherVersionThanTheOneInPlaceDoesNotConfirmIt) {
+    exchangeElsewhere();
+    UpdateInstaller old = subject();
+    auto recovery = old.recover();
+    EXPECT_FALSE(old.confirmStarted("1.0.0", std::move(recovery.claim)));
+    old.removePrevious();
+    EXPECT_EQ(UpdateInstaller::version(previous_), "1.0.0");
+    EXPECT_EQ(subject().recover().failedVersion, "1.1.0") << "it has been started, in vain";
+}
+
+TEST_P(UpdateExchangeTest, WhatTheUserHasPutIntoTheFolderIsNeverTaken) {
+    UpdateInstaller subject = this->subject();
+    stage(subject);
+    writeFile(root_ / "results/mine.csv", "mine");
+    EXPECT_EQ(InstallerFixture::refusal([&] { subject.exchange(); }),
+        "Update refused · Cannot replace " + root_.string() + ": it shares its folder with " +
+            (root_ / "results").string() + ".");
+    EXPECT_EQ(installed(), "1.0.0");
+    EXPECT_EQ(readFile(root_ / "results/mine.csv"), "mine");
+}
+
+TEST_P(UpdateExchangeTest, AVersionBeforeThatHoldsSomethingOfTheUsersIsNotRemoved) {
+    exchangeElsewhere();
+    writeFile(previous_ / "mine.csv", "mine");
+    UpdateInstaller next = subject();
+    auto recovery = next.recover();
+    EXPECT_TRUE(next.confirmStarted("1.1.0", std::move(recovery.claim)));
+    next.removePrevious();
+    EXPECT_EQ(beside(), (Names{"ostrella", "ostrella.previous"}));
+    EXPECT_EQ(readFile(previous_ / "mine.csv"), "mine");
+    EXPECT_EQ(subject().recover().failedVersion, "");
+}
+
+TEST_P(UpdateExchangeTest, ANewerVersionThatWasUnpackedByHandMeanwhileStays) {
+    UpdateInstaller subject = this->subject();
+    stage(subject);
+    fs::remove_all(root_);
+    makeCopy(root_, "2.0");
+    EXPECT_EQ(InstallerFixture::refusal([&] { subject.exchange(); }),
+        "Update refused · Version 1.1.0 is not newer than 2.0.");
+    EXPECT_EQ(installed(), "2.0");
+}
+
+TEST_P(UpdateExchangeTest, WhatOthersCanWriteBesideIsNotBelieved) {
+    exchangeElsewhere();
+    writeFile(work_ / "installing", "1.1.0\nstarted\n");
+    fs::permissions(work_, fs::perms(0777));
+    UpdateInstaller next = subject();
+    EXPECT_FALSE(next.recover().startInstead);
+    EXPECT_FALSE(next.confirmStarted("1.1.0"));
+    EXPECT_EQ(installed(), "1.1.0");
+    EXPECT_EQ(UpdateInstaller::version(previous_), "1.0.0");
+    fs::permissions(work_, fs::perms(0700));
+    EXPECT_EQ(subject().recover().failedVersion, "1.1.0");
 }
 
 TEST_P(UpdateExchangeTest, TheWayBack) {
@@ -126,9 +212,12 @@ TEST_P(UpdateExchangeTest, EndedBetweenTheStepsOfTheExchange) {
     });
     if (GetParam()) {
         EXPECT_EQ(installed(), "1.1.0");
-        EXPECT_FALSE(subject().recover().startInstead);
+        UpdateInstaller next = subject();
+        auto recovery = next.recover();
+        EXPECT_FALSE(recovery.startInstead);
         EXPECT_EQ(UpdateInstaller::version(previous_), "1.0.0");
-        subject().confirmStarted();
+        EXPECT_TRUE(next.confirmStarted("1.1.0", std::move(recovery.claim)));
+        next.removePrevious();
         expectSettled("1.1.0");
     } else {
         // Nothing is where it was: only the old version can be started, from where it lies now.

@@ -42,7 +42,8 @@ TEST_F(UpdateInstallerTest, AStagedVersionLiesBesideUntilItIsPutInPlace) {
     EXPECT_EQ(installed(), "1.1.0");
     EXPECT_EQ(UpdateInstaller::version(previous_), "1.0.0");
 
-    subject.confirmStarted();
+    subject.confirmStarted("1.1.0");
+    subject.removePrevious();
     EXPECT_EQ(installed(), "1.1.0");
     EXPECT_EQ(beside(), Names{"ostrella"});
 }
@@ -262,6 +263,61 @@ TEST_F(UpdateInstallerTest, ANewerVersionTakesThePlaceOfTheStagedOne) {
     subject.stage(archive_, item("1.2.0"), "1.0.0");
     subject.exchange();
     EXPECT_EQ(installed(), "1.2.0");
+}
+
+TEST_F(UpdateInstallerTest, WhatIsStagedStaysUntilTheNextOneIsWhole) {
+    UpdateInstaller subject = installer();
+    stage(subject);
+    EXPECT_EQ(refusal([&] {
+        makeArchive(archive_, copyEntries("1.2.0", "#!/bin/sh\nexit 3\n"));
+        subject.stage(archive_, item("1.2.0"), "1.0.0");
+    }),
+        "Update refused · The new version does not start on this machine: status 3.");
+    EXPECT_TRUE(subject.isStaged());
+    const CancellationSource source;
+    source.cancel();
+    EXPECT_THROW(
+        subject.stage(archive_, item("1.2.0"), "1.0.0", source.token()), CancellationError);
+    EXPECT_EQ(namesIn(work_), (Names{"lock", "ready"}));
+    subject.exchange();
+    EXPECT_EQ(installed(), "1.1.0");
+}
+
+TEST_F(UpdateInstallerTest, AFolderThatSomethingElseHasComeIntoIsNotPreparedFor) {
+    writeFile(root_ / "mine.csv", "mine");
+    EXPECT_EQ(refusalToStage(copyEntries("1.1.0")),
+        "Update refused · Cannot replace " + root_.string() + ": it shares its folder with " +
+            (root_ / "mine.csv").string() + ".");
+    expectUntouched();
+}
+
+TEST_F(UpdateInstallerTest, NothingIsPreparedWhereOthersCanWrite) {
+    fs::create_directory(work_);
+    for (const unsigned rights : {0777U, 0770U, 0722U}) {
+        fs::permissions(work_, fs::perms(rights));
+        EXPECT_EQ(refusalToStage(copyEntries("1.1.0")),
+            "Update refused · Others can write " + work_.string() + ".");
+    }
+    installer().discard();
+    EXPECT_TRUE(fs::exists(work_)) << "it is not ours";
+    fs::remove(work_);
+    const fs::path elsewhere = directory_.path() / "elsewhere";
+    fs::create_directory(elsewhere);
+    fs::create_directory_symlink(elsewhere, work_);
+    EXPECT_EQ(refusalToStage(copyEntries("1.1.0")),
+        "Update refused · Others can write " + work_.string() + ".");
+    EXPECT_TRUE(fs::is_empty(elsewhere));
+}
+
+TEST_F(UpdateInstallerTest, NothingIsPreparedInAFolderOfSomebodyElse) {
+    fs::create_directory(work_);
+    makeArchive(archive_, copyEntries("1.1.0"));
+    ASSERT_EQ(::geteuid() == 0 ? ::chown(work_.c_str(), 65534, 65534) : 0, 0);
+    UpdateInstaller subject = installer();
+    const std::string line = refusal([&] { subject.stage(archive_, item("1.1.0"), "1.0.0"); });
+    // Only the machine's administrator can give a folder away.
+    EXPECT_EQ(
+        line, ::geteuid() == 0 ? "Update refused · Others can write " + work_.string() + "." : "");
 }
 
 TEST_F(UpdateInstallerTest, WhatIsStagedCanBeGivenUp) {

@@ -14,6 +14,7 @@
 #include <iostream>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include <unistd.h>
 
@@ -32,7 +33,7 @@ int perform(int argc, char** argv) {
     QCoreApplication application(argc, argv);
     const AppBundle bundle = AppBundle::main();
     const MainThread mainThread;
-    const auto recovery = AppcastUpdater::recover(bundle.root());
+    auto recovery = AppcastUpdater::recover(bundle.root());
     if (recovery.startInstead) {
         ::execv(recovery.startInstead->c_str(), argv);
         return EXIT_FAILURE;
@@ -63,7 +64,7 @@ int perform(int argc, char** argv) {
         .cache = bundle.root().parent_path() / "cache",
         .report = [](const std::string&, LogStore::Level) {},
         .quit = [] {}});
-    updater.confirmStarted([] { QCoreApplication::quit(); });
+    updater.confirmStarted(std::move(recovery.claim), [] { QCoreApplication::quit(); });
     return QCoreApplication::exec();
 }
 

@@ -180,6 +180,9 @@ void AppcastUpdater::installAtQuit() {
     if (ready_) {
         try {
             exchange();
+            // The next start is to find nobody at it.
+            const std::lock_guard lock(work_->mutex);
+            installer.release();
         } catch (const UpdateRefusal& refusal) {
             tellOnTerminal(refusal.what());
         }
@@ -202,8 +205,5 @@ UpdateInstaller::Recovery AppcastUpdater::recover(const fs::path& root) {
     const fs::path whole = fs::canonical(root, error);
     return UpdateInstaller(error ? root : whole).recover();
 }
-            // The next start is to find nobody at it.
-            const std::lock_guard lock(work_->mutex);
-            installer.release();
 
 } // namespace ostrella

@@ -1,8 +1,13 @@
 #include "Platform/Preferences.h"
 
+#include "support/OrdinaryUser.h"
 #include "support/Wait.h"
 
 #include <gtest/gtest.h>
+
+#include <QCoreApplication>
+
+#include <filesystem>
 
 namespace ostrella {
 namespace {
@@ -42,6 +47,25 @@ TEST_F(PreferencesTest, AFileThatWasMangledGivesWhatCanStillBeRead) {
     test::writeFile(file_.toStdString(), "[General]\na=12\nb=\xFF\xFE\n;;;[[[\n\nc=1.5\n=x\n");
     EXPECT_EQ(readAgain("a"), PreferenceValue(std::int64_t{12}));
     EXPECT_EQ(readAgain("c"), PreferenceValue(1.5));
+}
+
+TEST_F(PreferencesTest, AFileThatMayOnlyBeReadGivesItsValuesAndKeepsThem) {
+    const std::string text = "[General]\niterations=300\nword=kept\n";
+    test::writeFile(file_.toStdString(), text);
+    std::filesystem::permissions(file_.toStdString(), std::filesystem::perms(0444));
+    const test::OrdinaryUser user(directory_.path());
+    {
+        Preferences preferences(file_);
+        EXPECT_EQ(preferences.value("iterations"), PreferenceValue(std::int64_t{300}));
+        preferences.set("iterations", std::int64_t{450});
+        preferences.set("another", 0.25);
+        // As the event loop does in a while.
+        QCoreApplication::processEvents();
+        EXPECT_EQ(preferences.value("iterations"), PreferenceValue(std::int64_t{450}));
+        EXPECT_EQ(preferences.value("another"), PreferenceValue(0.25));
+        EXPECT_EQ(preferences.value("word"), PreferenceValue(std::string("kept")));
+    }
+    EXPECT_EQ(test::readFile(file_.toStdString()), text);
 }
 
 TEST_F(PreferencesTest, NothingIsWrittenWhereNothingIsSet) {

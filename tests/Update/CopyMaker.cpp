@@ -5,13 +5,10 @@
 #include <archive.h>
 #include <archive_entry.h>
 #include <fmt/format.h>
-#include <gtest/gtest.h>
 
 #include <algorithm>
 #include <memory>
 #include <stdexcept>
-
-#include <unistd.h>
 
 namespace ostrella::test {
 
@@ -133,26 +130,6 @@ std::set<std::string> namesIn(const fs::path& folder) {
         names.insert(entry.path().filename().string());
     }
     return names;
-}
-
-OrdinaryUser::OrdinaryUser(const fs::path& folder) : wasAdministrator_(::geteuid() == 0) {
-    if (!wasAdministrator_) {
-        return;
-    }
-    constexpr uid_t nobody = 65534;
-    bool isGiven = ::lchown(folder.c_str(), nobody, nobody) == 0;
-    for (const auto& entry : fs::recursive_directory_iterator(folder)) {
-        isGiven = isGiven && ::lchown(entry.path().c_str(), nobody, nobody) == 0;
-    }
-    if (!isGiven || ::seteuid(nobody) != 0) {
-        throw std::runtime_error("the test cannot become an ordinary user");
-    }
-}
-
-OrdinaryUser::~OrdinaryUser() {
-    if (wasAdministrator_) {
-        EXPECT_EQ(::seteuid(0), 0);
-    }
 }
 
 } // namespace ostrella::test

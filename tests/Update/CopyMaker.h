@@ -1,5 +1,7 @@
 #pragma once
 
+#include "support/OrdinaryUser.h"
+
 #include <cstdint>
 #include <filesystem>
 #include <set>
@@ -35,18 +37,5 @@ void makeCopy(const std::filesystem::path& root, const std::string& version);
 
 /// The names of what lies in a folder, hidden or not.
 std::set<std::string> namesIn(const std::filesystem::path& folder);
-
-/// As long as it lives, the process may do only what `owner` of a folder may, who is not the
-/// machine's administrator, and gets the folder. For tests of rights by whomever they are run.
-class OrdinaryUser {
-public:
-    explicit OrdinaryUser(const std::filesystem::path& folder);
-    ~OrdinaryUser();
-    OrdinaryUser(const OrdinaryUser&) = delete;
-    OrdinaryUser& operator=(const OrdinaryUser&) = delete;
-
-private:
-    bool wasAdministrator_;
-};
 
 } // namespace ostrella::test

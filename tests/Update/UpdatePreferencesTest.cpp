@@ -1,11 +1,15 @@
 #include "Update/UpdatePreferences.h"
 
 #include "Platform/Preferences.h"
+#include "support/OrdinaryUser.h"
 #include "support/Wait.h"
 
 #include <gtest/gtest.h>
 
+#include <QCoreApplication>
+
 #include <chrono>
+#include <filesystem>
 #include <limits>
 #include <optional>
 #include <string>
@@ -62,6 +66,34 @@ TEST(UpdatePreferencesTest, DatesThatTheClockCannotTellCountAsNone) {
         store.set("Ostrella.updates.lastCheck", seconds);
         EXPECT_EQ(UpdatePreferences(store).lastCheck(), std::nullopt) << seconds;
     }
+}
+
+TEST(UpdatePreferencesTest, AFileThatMayOnlyBeReadHoldsTheSession) {
+    const TemporaryDirectory directory;
+    const auto path = directory.path() / "preferences.ini";
+    const auto file = QString::fromStdString(path.string());
+    {
+        Preferences store(file);
+        UpdatePreferences preferences(store);
+        preferences.setAutomatic(false);
+        preferences.setSkippedVersion("1.1.0");
+    }
+    const std::string text = readFile(path);
+    std::filesystem::permissions(path, std::filesystem::perms(0444));
+    const OrdinaryUser user(directory.path());
+    {
+        Preferences store(file);
+        UpdatePreferences preferences(store);
+        EXPECT_FALSE(preferences.automatic());
+        EXPECT_EQ(preferences.skippedVersion(), "1.1.0");
+        preferences.setAutomatic(true);
+        preferences.setSkippedVersion("1.2.0");
+        // As the event loop does in a while.
+        QCoreApplication::processEvents();
+        EXPECT_TRUE(preferences.automatic());
+        EXPECT_EQ(preferences.skippedVersion(), "1.2.0");
+    }
+    EXPECT_EQ(readFile(path), text);
 }
 
 /// Otherwise one check would follow upon the other for as long as the application runs.

@@ -1,5 +1,6 @@
 #include "Solver/Tools/AboutInfo.h"
 #include "support/ManualTimers.h"
+#include "support/OrdinaryUser.h"
 #include "support/Wait.h"
 
 #include <gmock/gmock.h>
@@ -61,6 +62,13 @@ TEST_F(AboutInfoProbeTest, missesTheTools) {
 TEST_F(AboutInfoProbeTest, readsTheSolversHeader) {
     installProgram("SU2_CFD", "say");
     EXPECT_EQ(probeSU2(), nativeLine);
+}
+
+TEST_F(AboutInfoProbeTest, missesASolverThatMayNotBeRead) {
+    installScript("SU2_CFD", "exit 0");
+    fs::permissions(bundle.toolsDirectory() / "SU2_CFD", fs::perms(0111));
+    const test::OrdinaryUser user(directory.path());
+    EXPECT_EQ(probeSU2(), "SU2 8.5.0 (LGPL) · not found");
 }
 
 TEST_F(AboutInfoProbeTest, takesAScriptForASolverOfNoArchitecture) {

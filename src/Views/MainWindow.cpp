@@ -85,8 +85,8 @@ MainWindow::MainWindow(OstrellaApp& app, const WindowModel::Surroundings& surrou
             QUrl(QStringLiteral("qrc:/qt/qml/Ostrella/") + QLatin1String(description)),
             QVariantMap{{QStringLiteral("model"), QVariant::fromValue(model)}});
     };
-    settings_ = beside("Settings/SettingsWindow.qml", &settingsModel_);
-    about_ = beside("About/AboutWindow.qml", &aboutModel_);
+    settings_ = beside("Settings/SettingsView.qml", &settingsModel_);
+    about_ = beside("About/AboutView.qml", &aboutModel_);
     window_->installEventFilter(this);
     followReducedMotion(*viewport_->coordinator(), appearance);
     if (package.updates) {

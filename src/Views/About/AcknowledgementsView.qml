@@ -27,7 +27,7 @@ FixedWindow {
 
     onClosing: model.showAcknowledgements = false
 
-    Flickable {
+    ScrolledBody {
         anchors {
             left: parent.left
             right: parent.right
@@ -35,9 +35,7 @@ FixedWindow {
             bottom: foot.top
         }
         contentHeight: notices.height
-        interactive: contentHeight > height
-        boundsBehavior: Flickable.StopAtBounds
-        clip: interactive
+        takesKeys: true
 
         Column {
             id: notices

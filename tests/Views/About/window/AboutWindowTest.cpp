@@ -48,7 +48,7 @@ protected:
             .renderer = "OpenGL",
             .openAddress = [this](const std::string& address) { opened.push_back(address); },
             .updates = given});
-        open("About/AboutWindow.qml", model.get());
+        open("About/AboutView.qml", model.get());
         ASSERT_TRUE(waitUntil([&] { return model->mesher() != QStringLiteral("·"); }));
         settle();
     }
@@ -68,6 +68,36 @@ protected:
         click("Acknowledgements", button);
         ASSERT_TRUE(waitUntil([&] { return sheet() != nullptr; }));
         reader = std::make_unique<RealInput>(*sheet());
+    }
+
+    static bool isInSight(const QQuickWindow& in, const QRectF& place) {
+        return QRectF(QPointF(), in.size()).contains(place);
+    }
+    /// The keys lead to both ends of what is scrolled, in steps and at once, and to no place
+    /// beyond them.
+    static void expectScrollingByKeys(const QQuickItem& body, RealInput& by) {
+        const auto top = [&body] { return body.property("contentY").toReal(); };
+        const qreal lowest = body.property("contentHeight").toReal() - body.height();
+        by.type(Qt::Key_Home);
+        EXPECT_EQ(top(), 0);
+        by.type(Qt::Key_Up);
+        EXPECT_EQ(top(), 0);
+        by.type(Qt::Key_Down);
+        const qreal step = top();
+        EXPECT_GT(step, 0);
+        EXPECT_LT(step, body.height());
+        by.type(Qt::Key_PageDown);
+        EXPECT_GT(top(), step);
+        EXPECT_LT(top() - step, body.height()) << "a line stays in sight";
+        by.type(Qt::Key_End);
+        EXPECT_EQ(top(), lowest);
+        by.type(Qt::Key_Down);
+        by.type(Qt::Key_PageDown);
+        EXPECT_EQ(top(), lowest);
+        by.type(Qt::Key_Up);
+        EXPECT_EQ(top(), std::max(0.0, lowest - step));
+        by.type(Qt::Key_PageUp);
+        EXPECT_LT(top(), std::max(1.0, lowest - step));
     }
 
     const TemporaryDirectory directory;
@@ -111,6 +141,19 @@ TEST_F(AboutWindow, cutsNothingWithLargeTexts) {
         user.reset();
         window.reset();
     }
+}
+
+TEST_F(AboutWindow, scrollsByKeysWhereThereIsLittleRoom) {
+    theme.setTextScale(3);
+    show();
+    const QQuickItem& body = *items("ScrolledBody").at(0);
+    ASSERT_GT(body.property("contentHeight").toReal(), body.height());
+    EXPECT_THAT(cutTexts(), IsEmpty());
+    for (const std::string& name : tabOrder()) {
+        settle();
+        EXPECT_TRUE(isInSight(*window, frame(window->activeFocusItem()))) << name;
+    }
+    expectScrollingByKeys(body, *user);
 }
 
 TEST_F(AboutWindow, looksAtTheToolsAgainWhenItAppearsAgain) {
@@ -207,6 +250,27 @@ TEST_F(AboutWindow, closesTheAcknowledgementsByEscapeAndShowsThemAgain) {
         reader.reset();
         user = std::make_unique<RealInput>(*window);
     }
+}
+
+TEST_F(AboutWindow, theAcknowledgementsScrollByKeysWhereThereIsLittleRoom) {
+    theme.setTextScale(3);
+    show();
+    model->setShowAcknowledgements(true);
+    ASSERT_TRUE(waitUntil([&] { return sheet() != nullptr; }));
+    // Less than the screen has, which is enough for them at one pixel a point.
+    const QSize little(sheet()->width(), sheet()->height() / 2);
+    sheet()->setMinimumSize(little);
+    sheet()->resize(little);
+    ASSERT_TRUE(waitUntil([&] { return sheet()->size() == little; }));
+    reader = std::make_unique<RealInput>(*sheet());
+    const QQuickItem& body = *itemsOf(*sheet(), "ScrolledBody").at(0);
+    ASSERT_GT(body.property("contentHeight").toReal(), body.height());
+    EXPECT_THAT(cutTexts(*sheet()), IsEmpty());
+    for (const QQuickItem* done : itemsOf(*sheet(), "BrandButton")) {
+        EXPECT_TRUE(isInSight(*sheet(), frame(done)));
+        EXPECT_TRUE(done->hasActiveFocus());
+    }
+    expectScrollingByKeys(body, *reader);
 }
 
 TEST_F(AboutWindow, takesTheAcknowledgementsWithIt) {

@@ -32,7 +32,7 @@ protected:
         model = std::make_unique<SettingsModel>(*settings, preferences,
             InformationDictionary{{std::string(InformationKeys::version), std::string("1.2.0")}},
             updates.get());
-        open("Settings/SettingsWindow.qml", model.get());
+        open("Settings/SettingsView.qml", model.get());
     }
     void showStreamlines() {
         preferences.set(SettingsModel::tabKey, std::string("streamlines"));

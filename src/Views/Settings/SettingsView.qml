@@ -1,7 +1,6 @@
 pragma ComponentBehavior: Bound
 
 import QtQuick
-import QtQuick.Templates as T
 import Ostrella.Controls
 import Ostrella.Settings
 
@@ -72,20 +71,8 @@ FixedWindow {
         Hairline { edge: Qt.BottomEdge }
     }
 
-    Flickable {
+    ScrolledBody {
         id: body
-
-        function show(item: Item) {
-            if (!item || !pages.contains(pages.mapFromItem(item, item.width / 2, item.height / 2)))
-                return;
-            const top = pages.mapFromItem(item, 0, 0).y - 20;
-            const bottom = top + item.height + 40;
-            if (top < contentY)
-                contentY = Math.max(0, top);
-            else if (bottom > contentY + height)
-                contentY = Math.min(contentHeight, bottom) - height;
-        }
-
         anchors {
             left: parent.left
             right: parent.right
@@ -93,12 +80,6 @@ FixedWindow {
             bottom: foot.top
         }
         contentHeight: Math.max(solver.implicitHeight, streamlines.implicitHeight)
-        boundsBehavior: Flickable.StopAtBounds
-        interactive: contentHeight > height
-        clip: interactive
-        T.ScrollBar.vertical: BrandScrollBar {
-            policy: body.interactive ? T.ScrollBar.AsNeeded : T.ScrollBar.AlwaysOff
-        }
 
         Item {
             id: pages

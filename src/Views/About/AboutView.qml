@@ -21,12 +21,14 @@ FixedWindow {
     }
     // The acknowledgements cannot go when this is gone already.
     onClosing: model.showAcknowledgements = false
+    // What has the keyboard is in sight.
+    onActiveFocusItemChanged: body.show(activeFocusItem)
 
-    Flickable {
+    ScrolledBody {
+        id: body
         anchors.fill: parent
         contentHeight: content.height
-        interactive: contentHeight > height
-        boundsBehavior: Flickable.StopAtBounds
+        takesKeys: true
 
         Column {
             id: content
@@ -117,6 +119,7 @@ FixedWindow {
                 height: 24
             }
             Column {
+                id: primaryLinks
                 anchors.horizontalCenter: parent.horizontalCenter
                 spacing: 12
 

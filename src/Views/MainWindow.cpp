@@ -80,13 +80,14 @@ MainWindow::MainWindow(OstrellaApp& app, const WindowModel::Surroundings& surrou
     precondition(window_ != nullptr, "the main window is a window");
     viewport_ = window_->findChild<ViewportItem*>();
     precondition(viewport_ != nullptr, "the main window has a viewport");
-    const auto beside = [this](const char* description, QObject* model) {
-        return std::make_unique<SideWindow>(engine_, *window_,
+    const auto beside = [this](SideWindow::Place place, const char* description, QObject* model) {
+        return std::make_unique<SideWindow>(engine_, *window_, place,
             QUrl(QStringLiteral("qrc:/qt/qml/Ostrella/") + QLatin1String(description)),
             QVariantMap{{QStringLiteral("model"), QVariant::fromValue(model)}});
     };
-    settings_ = beside("Settings/SettingsView.qml", &settingsModel_);
-    about_ = beside("About/AboutView.qml", &aboutModel_);
+    settings_ =
+        beside(SideWindow::Place::overMainWindow, "Settings/SettingsView.qml", &settingsModel_);
+    about_ = beside(SideWindow::Place::middleOfScreen, "About/AboutView.qml", &aboutModel_);
     window_->installEventFilter(this);
     followReducedMotion(*viewport_->coordinator(), appearance);
     if (package.updates) {

@@ -26,10 +26,11 @@ void layOut(QQuickItem& item) {
 
 } // namespace
 
-SideWindow::SideWindow(
-    QQmlEngine& engine, QQuickWindow& mainWindow, QUrl description, QVariantMap properties)
+SideWindow::SideWindow(QQmlEngine& engine, QQuickWindow& mainWindow, Place place, QUrl description,
+    QVariantMap properties)
     : engine_(engine),
       mainWindow_(mainWindow),
+      place_(place),
       description_(std::move(description)),
       properties_(std::move(properties)) {}
 
@@ -55,7 +56,7 @@ void SideWindow::show() {
             window_->contentItem()->setSize(window_->size());
             layOut(*window_->contentItem());
         }
-        place();
+        moveToPlace();
         window_->show();
     }
     window_->raise();
@@ -68,10 +69,11 @@ void SideWindow::close() {
     }
 }
 
-void SideWindow::place() {
+void SideWindow::moveToPlace() {
     const QRect room = mainWindow_.screen()->availableGeometry();
     QRect frame(QPoint(), window_->size());
-    frame.moveCenter(mainWindow_.geometry().center());
+    frame.moveCenter(
+        place_ == Place::overMainWindow ? mainWindow_.geometry().center() : room.center());
     // The title bar stays in reach.
     const QPoint farthest(
         room.x() + room.width() - frame.width(), room.y() + room.height() - frame.height());

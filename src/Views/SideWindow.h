@@ -10,14 +10,20 @@ class QQmlEngine;
 
 namespace ostrella {
 
-/// A window beside the main one, such as the settings: made when it is first asked for, over the
-/// middle of the main window, and kept when it is closed. Main thread only.
+/// A window beside the main one, such as the settings: made when it is first asked for, and kept
+/// when it is closed. Main thread only.
 class SideWindow {
 public:
+    /// Where it comes up each time.
+    enum class Place {
+        overMainWindow, ///< its middle on that of the main window
+        middleOfScreen, ///< of the screen that has the main window
+    };
+
     /// `description` is the window's QML, and `properties` what it is made with. Engine and main
     /// window outlive the object.
-    SideWindow(
-        QQmlEngine& engine, QQuickWindow& mainWindow, QUrl description, QVariantMap properties);
+    SideWindow(QQmlEngine& engine, QQuickWindow& mainWindow, Place place, QUrl description,
+        QVariantMap properties);
     ~SideWindow();
 
     /// Shows it, or brings it to the front.
@@ -29,10 +35,11 @@ public:
 
 private:
     void make();
-    void place();
+    void moveToPlace();
 
     QQmlEngine& engine_;
     QQuickWindow& mainWindow_;
+    Place place_;
     QUrl description_;
     QVariantMap properties_;
     std::unique_ptr<QQuickWindow> window_;

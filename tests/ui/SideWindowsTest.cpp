@@ -3,6 +3,7 @@
 #include "ui/support/AppUnderTest.h"
 
 #include <QGuiApplication>
+#include <QScreen>
 
 #include <algorithm>
 
@@ -14,10 +15,18 @@ protected:
     static bool isShown(const SideWindow& side) {
         return side.window() != nullptr && side.window()->isExposed();
     }
-    /// Whether it lies over the middle of the main window, to a point of rounding.
-    bool isCentred(const SideWindow& side) const {
-        const QPoint off =
-            side.window()->geometry().center() - window->window().geometry().center();
+    /// Brings the main window to where its middle is not the screen's.
+    void moveMainWindow() {
+        const QRect place(200, 100, 1200, 800);
+        ASSERT_GT((place.center() - screenMiddle()).manhattanLength(), 50);
+        window->window().setGeometry(place);
+        ASSERT_TRUE(waitFor([&] { return window->window().geometry() == place; }));
+        user->settle();
+    }
+    QPoint screenMiddle() const { return window->window().screen()->availableGeometry().center(); }
+    /// Whether its middle lies there, to a point of rounding.
+    static bool isCentred(const SideWindow& side, QPoint middle) {
+        const QPoint off = side.window()->geometry().center() - middle;
         return std::abs(off.x()) <= 1 && std::abs(off.y()) <= 1;
     }
     static int shownWindows() {
@@ -33,9 +42,10 @@ TEST_F(SideWindows, areNotMadeBeforeTheyAreAskedFor) {
 }
 
 TEST_F(SideWindows, settingsOpenFromTheMenuTheToolbarAndTheKeyboardButOnce) {
+    ASSERT_NO_FATAL_FAILURE(moveMainWindow());
     choose("Edit", "Settings…");
     ASSERT_TRUE(waitFor([&] { return isShown(window->settings()); }));
-    EXPECT_TRUE(isCentred(window->settings()));
+    EXPECT_TRUE(isCentred(window->settings(), window->window().geometry().center()));
     EXPECT_EQ(window->settings().window()->transientParent(), &window->window());
     const QQuickWindow* first = window->settings().window();
     const int count = shownWindows();
@@ -63,10 +73,18 @@ TEST_F(SideWindows, settingsCountForTheNextRun) {
 TEST_F(SideWindows, aboutTellsThePackagesTools) {
     choose("Help", "About Ostrella");
     ASSERT_TRUE(waitFor([&] { return isShown(window->about()); }));
-    EXPECT_TRUE(isCentred(window->about()));
     const auto* about = window->about().window()->property("model").value<AboutModel*>();
     EXPECT_TRUE(waitFor([&] { return about->mesher().startsWith(QLatin1String("gmsh ")); }));
     EXPECT_NE(about->solver(), QStringLiteral("·"));
+    EXPECT_EQ(about->renderer(), QStringLiteral("OpenGL on paper"));
+}
+
+TEST_F(SideWindows, aboutOpensInTheMiddleOfTheScreenWhereverTheMainWindowIs) {
+    ASSERT_NO_FATAL_FAILURE(moveMainWindow());
+    window->showAbout();
+    ASSERT_TRUE(waitFor([&] { return isShown(window->about()); }));
+    EXPECT_TRUE(isCentred(window->about(), screenMiddle()));
+    EXPECT_EQ(window->about().window()->transientParent(), &window->window());
 }
 
 TEST_F(SideWindows, leaveTheWayToQuitByTheKeyboard) {

@@ -75,7 +75,10 @@ AppUnderTest::AppUnderTest(const fs::path& package, std::unique_ptr<Updater> giv
             .openAddress = [this](
                                const std::string& address) { openedAddresses.push_back(address); },
             .quit = [this] { ++quits; }},
-        *appearance_, PackageFacts{.bundle = AppBundle(package), .updates = app->updates.get()});
+        *appearance_,
+        PackageFacts{.bundle = AppBundle(package),
+            .renderer = "OpenGL on paper",
+            .updates = app->updates.get()});
     window->window().setGeometry(0, 0, 1400, 880);
     window->show();
     app->start();

@@ -76,6 +76,44 @@ TEST_F(SettingsWindow, stepsByItsButtons) {
     EXPECT_TRUE(shown("150"));
 }
 
+TEST_F(SettingsWindow, itsButtonsShowWhichWayTheyStep) {
+    show();
+    const auto symbolAt = [&](QPointF place) {
+        for (const QQuickItem* symbol : items("ostrella::Symbol")) {
+            if (frame(symbol).contains(place)) {
+                return symbol->property("name").toString().toStdString();
+            }
+        }
+        return std::string();
+    };
+    EXPECT_EQ(symbolAt(lessOf("Max iterations")), "minus");
+    EXPECT_EQ(symbolAt(moreOf("Max iterations")), "plus");
+}
+
+TEST_F(SettingsWindow, tellsWhatItsGroupsMean) {
+    show();
+    for (const char* text : {"Iterations", "Updates",
+             "How many inner iterations SU2 runs before stopping. Lower = faster preview, higher = "
+             "better convergence for stiff cases. 200 is a good default for incompressible "
+             "RANS-SA.",
+             "Ostrella looks for a new version every 6 hours and asks before installing. An "
+             "update never installs while a simulation is running.",
+             "Max iterations", "Current version", "Check for updates automatically", "Check Now",
+             "Restore defaults"}) {
+        EXPECT_TRUE(shown(text)) << text;
+    }
+    click("Streamlines", tab);
+    for (const char* text : {"Window around the body", "Density",
+             "Where streamline seeds spawn upstream of the leading edge, and how far past the "
+             "trailing edge they continue, both as a multiple of body length along the flow "
+             "direction. Defaults: 0.5 × c upstream, 2.0 × c downstream.",
+             "Number of streamlines released from the inlet seed rake. More seeds = denser "
+             "visualization, slower generation.",
+             "Inlet offset", "Wake length", "Seed count"}) {
+        EXPECT_TRUE(shown(text)) << text;
+    }
+}
+
 TEST_F(SettingsWindow, goesOnSteppingWhileAButtonIsHeld) {
     show();
     user->moveTo(moreOf("Max iterations"));

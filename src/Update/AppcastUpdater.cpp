@@ -310,8 +310,7 @@ void AppcastUpdater::cancel() {
         download_->cancel();
         endSession();
     } else if (isShown(Stage::preparing)) {
-        cancellation_.cancel();
-        ++preparations_;
+        leavePreparing();
         endSession();
     }
 }

@@ -133,6 +133,8 @@ private:
     void show();
     void prepare(const std::filesystem::path& archive);
     void finishPreparing(const std::string& refusal);
+    void leavePreparing();
+    void setReady(std::optional<AppcastItem> item);
     void exchange();
     void relaunch();
 

@@ -58,16 +58,20 @@ void AppcastUpdater::install() {
 }
 
 void AppcastUpdater::prepare(const fs::path& archive) {
-    // Its place is taken by the new one.
-    ready_.reset();
     setStage(Stage::preparing);
     cancellation_ = CancellationSource();
     const auto preparation = ++preparations_;
-    const auto finish = [self = QPointer<AppcastUpdater>(this), preparation](
+    const auto finish = [self = QPointer<AppcastUpdater>(this), preparation, item = session_.item](
                             const std::string& refusal) {
-        MainThread::post([self, preparation, refusal] {
-            if (self && self->preparations_ == preparation) {
+        MainThread::post([self, preparation, item, refusal] {
+            if (!self) {
+                return;
+            }
+            if (self->preparations_ == preparation) {
                 self->finishPreparing(refusal);
+            } else if (refusal.empty() && self->ready_) {
+                // Left too late: it lies where the one before lay.
+                self->setReady(item);
             }
         });
     };
@@ -97,8 +101,20 @@ void AppcastUpdater::finishPreparing(const std::string& refusal) {
         fail(refusal);
         return;
     }
-    ready_ = session_.item;
+    setReady(session_.item);
     setStage(Stage::ready);
+}
+
+void AppcastUpdater::leavePreparing() {
+    cancellation_.cancel();
+    ++preparations_;
+}
+
+void AppcastUpdater::setReady(std::optional<AppcastItem> item) {
+    ready_ = std::move(item);
+    if (delegate_) {
+        delegate_->readyUpdateChanged(ready_ ? &*ready_ : nullptr);
+    }
 }
 
 void AppcastUpdater::installAndRestart() {
@@ -118,7 +134,9 @@ void AppcastUpdater::installAndRestart() {
 }
 
 void AppcastUpdater::exchange() {
-    ready_.reset();
+    // Nobody waits for another that is being prepared.
+    leavePreparing();
+    setReady(std::nullopt);
     const std::lock_guard lock(work_->mutex);
     try {
         work_->installer.exchange();
@@ -130,8 +148,12 @@ void AppcastUpdater::exchange() {
 
 void AppcastUpdater::relaunch() {
     if (!ready_) {
+        surroundings_.report(
+            "The update that lay ready is not there any more. Looking for one again.", Level::info);
+        checkForUpdates();
         return;
     }
+    download_->cancel();
     UpdateSession next{.stage = Stage::ready, .item = *ready_, .userInitiated = true};
     try {
         exchange();

@@ -63,4 +63,19 @@ void UpdateGate::willFinishUpdateSession() {
     deferredUpdate = false;
 }
 
+void UpdateGate::readyUpdateChanged(const AppcastItem* ready) {
+    requireMainThread();
+    if (!pendingInstall || (ready && pendingVersion == ready->displayVersionString)) {
+        return;
+    }
+    // What has been agreed to, or put off, was another one.
+    offeredRestart = false;
+    if (ready) {
+        pendingVersion = ready->displayVersionString;
+    } else {
+        pendingInstall = {};
+        pendingVersion.reset();
+    }
+}
+
 } // namespace ostrella

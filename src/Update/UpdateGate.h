@@ -37,6 +37,7 @@ public:
     bool shouldHandleShowingScheduledUpdate(const AppcastItem& item, bool immediateFocus) override;
     void willHandleShowingUpdate(bool handleShowingUpdate, const AppcastItem& item) override;
     void willFinishUpdateSession() override;
+    void readyUpdateChanged(const AppcastItem* ready) override;
 };
 
 } // namespace ostrella

@@ -33,6 +33,10 @@ public:
 
     /// The present check, with all that came of it, is over.
     virtual void willFinishUpdateSession() = 0;
+
+    /// What is installed at quit, or by an `install` that was held back, is another update now, or
+    /// none any more.
+    virtual void readyUpdateChanged(const AppcastItem* /*ready*/) {}
 };
 
 } // namespace ostrella

@@ -27,6 +27,8 @@ public:
     bool isRunning = false;
     std::vector<std::string> calls;
     std::function<void()> postponed;
+    /// What is installed at quit.
+    std::string readyVersion;
 
     void didFindValidUpdate(const AppcastItem& item) override { note("found " + item.version); }
     bool shouldPostponeRelaunch(const AppcastItem&, std::function<void()> install) override {
@@ -43,6 +45,9 @@ public:
         note(handleShowingUpdate ? "show" : "hold");
     }
     void willFinishUpdateSession() override { note("finish"); }
+    void readyUpdateChanged(const AppcastItem* ready) override {
+        readyVersion = ready ? ready->version : "";
+    }
 
 private:
     void note(const std::string& call) { calls.push_back(call); }

@@ -134,6 +134,28 @@ TEST_F(UpdateGateTest, remembersAnUpdateThatWasNotShown) {
     EXPECT_FALSE(gate.deferredUpdate);
 }
 
+TEST_F(UpdateGateTest, namesTheUpdateThatLiesReadyByNow) {
+    gate.readyUpdateChanged(&item);
+    EXPECT_EQ(gate.pendingVersion, std::nullopt) << "nothing was held back";
+    setRunning(true);
+    int installs = 0;
+    EXPECT_TRUE(postpone(installs));
+    gate.offeredRestart = true;
+    gate.readyUpdateChanged(&item);
+    EXPECT_TRUE(gate.offeredRestart) << "it is the same one";
+    item.displayVersionString = "2.1";
+    gate.readyUpdateChanged(&item);
+    EXPECT_EQ(gate.pendingVersion, "2.1");
+    EXPECT_FALSE(gate.offeredRestart);
+    gate.pendingInstall();
+    EXPECT_EQ(installs, 1);
+    gate.offeredRestart = true;
+    gate.readyUpdateChanged(nullptr);
+    EXPECT_FALSE(gate.pendingInstall);
+    EXPECT_EQ(gate.pendingVersion, std::nullopt);
+    EXPECT_FALSE(gate.offeredRestart);
+}
+
 using UpdateGateDeathTest = UpdateGateTest;
 
 TEST_F(UpdateGateDeathTest, isForTheMainThreadOnly) {

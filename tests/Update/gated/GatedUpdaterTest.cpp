@@ -72,6 +72,17 @@ protected:
         EXPECT_THAT(questions, ElementsAre("Install Ostrella 1.1.0?"));
     }
 
+    void offer(const std::string& version, const std::vector<ArchiveEntry>& entries) {
+        writeFeed({publish(version, entries)});
+    }
+    /// The next check by schedule finds an update, and the user takes it.
+    void takeTheScheduledOne() {
+        clock_.advance(6 * 3600);
+        checkBySchedule();
+        ASSERT_TRUE(comesTo(Stage::found));
+        updater->install();
+    }
+
     LogStore log;
     NotificationCenter notifications;
     SimulationController simulation{
@@ -133,6 +144,48 @@ TEST_F(GatedUpdaterTest, ARestartThatWasPutOffIsAskedForAgainByHandAndDoneAtQuit
     EXPECT_EQ(quits_, 0);
     updater->installAtQuit();
     EXPECT_EQ(installed(), "1.1.0");
+}
+
+TEST_F(GatedUpdaterTest, ANewerUpdateThatIsRefusedLeavesTheOneThatWasPutOff) {
+    askForTheRestartDuringARun();
+    answer(false);
+    offer("1.2.0", copyEntries("1.1.5"));
+    takeTheScheduledOne();
+    ASSERT_TRUE(comesTo(Stage::failed));
+    updater->acknowledge();
+    controller->checkForUpdates();
+    EXPECT_THAT(questions, ElementsAre("Install Ostrella 1.1.0?", "Install Ostrella 1.1.0?"));
+    answer(true);
+    EXPECT_EQ(quits_, 1);
+    EXPECT_EQ(installed(), "1.1.0");
+}
+
+TEST_F(GatedUpdaterTest, TheQuestionNamesTheNewerUpdateThatTookThePlaceOfTheOther) {
+    askForTheRestartDuringARun();
+    answer(false);
+    offer("1.2.0", copyEntries("1.2.0"));
+    takeTheScheduledOne();
+    ASSERT_TRUE(comesTo(Stage::ready)) << updater->session().text;
+    updater->remindLater();
+    controller->checkForUpdates();
+    EXPECT_THAT(questions, ElementsAre("Install Ostrella 1.1.0?", "Install Ostrella 1.2.0?"));
+    answer(true);
+    EXPECT_EQ(quits_, 1);
+    EXPECT_EQ(installed(), "1.2.0");
+}
+
+TEST_F(GatedUpdaterTest, AnUpdateThatIsNotThereAnyMoreIsNotAskedAbout) {
+    askForTheRestartDuringARun();
+    answer(false);
+    std::filesystem::remove_all(root_.parent_path() / ".ostrella.ostrella-update");
+    controller->checkForUpdates();
+    answer(true);
+    ASSERT_TRUE(comesTo(Stage::failed));
+    EXPECT_EQ(quits_, 0);
+    updater->acknowledge();
+    controller->checkForUpdates();
+    EXPECT_EQ(questions.size(), 2U);
+    EXPECT_TRUE(comesTo(Stage::found));
 }
 
 } // namespace

@@ -1,5 +1,6 @@
 #include "InstalledApplication.h"
 
+#include "Update/UpdateRestart.h"
 #include "support/XServer.h"
 
 #include <QJsonDocument>
@@ -248,6 +249,18 @@ bool InstalledApplication::closeSuccessor() const {
     }
     found->askToClose();
     return waitUntil([this] { return !successor(); }, std::chrono::seconds(60));
+}
+
+bool InstalledApplication::confirmsBesideTheRunningOne() const {
+    const QByteArray before = qgetenv("XDG_RUNTIME_DIR");
+    qputenv("XDG_RUNTIME_DIR", QByteArray::fromStdString(session().string()));
+    const bool did = UpdateRestart::startAndWatch(application_.program(), std::chrono::minutes(1));
+    if (before.isNull()) {
+        qunsetenv("XDG_RUNTIME_DIR");
+    } else {
+        qputenv("XDG_RUNTIME_DIR", before);
+    }
+    return did;
 }
 
 std::string InstalledApplication::version() const {

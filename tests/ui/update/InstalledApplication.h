@@ -42,13 +42,19 @@ public:
     /// Waits until it shows its window, closes that, and waits for its end.
     bool closeSuccessor() const;
 
+    /// Starts the program once more beside the running one, as an update's restart does; whether it
+    /// tells the one that waits for it that all is well.
+    bool confirmsBesideTheRunningOne() const;
+
+    std::filesystem::path root() const;
+    /// Folder of what belongs to the session, such as sockets.
+    const std::filesystem::path& session() const { return application_.session(); }
     /// Of the installed copy.
     std::string version() const;
     bool hasPrevious() const;
     BatchProcess& process() { return application_.process(); }
 
 private:
-    std::filesystem::path root() const;
     std::filesystem::path makeTree(const std::string& version) const;
     void publish(const std::filesystem::path& tree, const std::string& version) const;
     std::vector<std::int64_t> processes() const;

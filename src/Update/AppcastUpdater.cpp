@@ -134,7 +134,7 @@ void AppcastUpdater::checkForUpdates() {
     } else if (isShown_) {
         Q_EMIT attentionRequested();
     } else if (isHeld_) {
-        session_.userInitiated = true;
+        // Nobody asked for it by name: it does not take the front from other programs.
         show();
     } else if (sessionInProgress()) {
         // A scheduled check is under way: now the user waits for it.

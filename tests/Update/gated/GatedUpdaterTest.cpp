@@ -103,6 +103,7 @@ TEST_F(GatedUpdaterTest, WhatIsFoundByScheduleDuringARunIsShownAtItsEnd) {
     endRun();
     EXPECT_TRUE(comesTo(Stage::found));
     EXPECT_EQ(updater->session().item.version, "1.1.0");
+    EXPECT_FALSE(updater->session().userInitiated) << "the front is another program's, maybe";
     EXPECT_FALSE(controller->gate().deferredUpdate);
 }
 

@@ -24,11 +24,16 @@ const QString sparkle = QStringLiteral("http://www.andymatuschak.org/xml-namespa
 /// megabytes would keep it busy for minutes.
 constexpr std::size_t longestTag = 64 << 10;
 constexpr int mostAttributes = 64;
+/// Each prefix is looked for among all names declared around it, so that nested elements would keep
+/// it busy for hours. A feed has five levels.
+constexpr int mostLevels = 32;
+/// They are copied with every step that is shown.
+constexpr qsizetype longestNotes = 64 << 10;
 constexpr std::size_t longestVersion = 64;
 constexpr qsizetype longestTitle = 256;
 
 /// Goes over the marks of the text, before the parser does, and refuses what could make that one
-/// work without measure: document types (with their entities) and huge elements.
+/// work without measure: document types (with their entities), huge elements and deep ones.
 void screenMarks(std::string_view xml) {
     const auto skip = [&](std::string_view start, std::string_view end) {
         if (!xml.starts_with(start)) {
@@ -39,6 +44,7 @@ void screenMarks(std::string_view xml) {
         xml.remove_prefix(at == xml.npos ? xml.size() : at + end.size());
         return true;
     };
+    int level = 0;
     for (auto at = xml.find('<'); at != xml.npos; at = xml.find('<')) {
         xml.remove_prefix(at);
         if (skip("<!--", "-->") || skip("<![CDATA[", "]]>") || skip("<?", "?>")) {
@@ -66,6 +72,14 @@ void screenMarks(std::string_view xml) {
         if (attributes > mostAttributes) {
             throw UpdateRefusal("The update feed has an element of more than 64 attributes.");
         }
+        if (xml.starts_with("</")) {
+            --level;
+        } else if (length == 0 || xml[length - 1] != '/') {
+            ++level;
+        }
+        if (level > mostLevels) {
+            throw UpdateRefusal("The update feed has more than 32 elements within one another.");
+        }
         xml.remove_prefix(length);
     }
 }
@@ -88,6 +102,15 @@ QString decoded(std::string_view xml) {
 
 std::string line(const QString& text) {
     return plainLine(text, longestTitle);
+}
+
+/// The notes, cut off where they are longer than anybody reads.
+std::string notesIn(const QString& text) {
+    QString notes = text.trimmed().left(longestNotes);
+    if (!notes.isEmpty() && notes.back().isHighSurrogate()) {
+        notes.chop(1);
+    }
+    return notes.toStdString();
 }
 
 /// A version goes into log lines, names of files and comparisons: letters, digits and a few marks.
@@ -212,7 +235,7 @@ private:
             item_.title = line(text());
         } else if (name == QLatin1String("description")) {
             const bool foreign = isForeign();
-            const std::string notes = text().trimmed().toStdString();
+            const std::string notes = notesIn(text());
             if (item_.notes.empty() || (notesAreForeign_ && !foreign)) {
                 item_.notes = notes;
                 notesAreForeign_ = foreign;

@@ -22,7 +22,9 @@ std::string platform();
 /// only to be read about, or has no enclosure but a link, comes with an empty `archiveAddress`;
 /// `presentVersion` decides where the feed limits that to certain versions. `archiveLength` is 0
 /// where none is stated. Addresses to be shown are http or https, or empty. Throws UpdateRefusal
-/// for what is no such feed: not UTF-8, too long, not well-formed, with a document type.
+/// for what is no such feed: not UTF-8, too long, not well-formed, with a document type, or more
+/// than 32 levels deep. Notes are cut off after 64 Ki characters. Takes up to a second for the
+/// longest feed: not on the main thread.
 std::vector<AppcastItem> items(
     std::string_view xml, std::string_view platform, std::string_view presentVersion = {});
 

@@ -218,6 +218,7 @@ void AppcastUpdater::checkBySchedule() {
 
 void AppcastUpdater::beginCheck(bool userInitiated) {
     timer_.cancel();
+    ++searches_;
     isShown_ = userInitiated;
     setSession({.stage = Stage::checking, .userInitiated = userInitiated});
     download_->fetchFeed(
@@ -226,13 +227,30 @@ void AppcastUpdater::beginCheck(bool userInitiated) {
 }
 
 void AppcastUpdater::readFeed(const std::string& text) {
-    std::vector<AppcastItem> items;
-    try {
-        items = Appcast::items(text, Appcast::platform(), presentVersion_);
-    } catch (const UpdateRefusal& refusal) {
-        fail(refusal.what());
-        return;
-    }
+    // Of megabytes it takes a while.
+    Background::run(
+        [text, present = presentVersion_, self = QPointer<AppcastUpdater>(this),
+            search = searches_] {
+            const auto tell = [&](const std::function<void(AppcastUpdater&)>& step) {
+                MainThread::post([self, search, step] {
+                    if (self && self->searches_ == search &&
+                        self->session_.stage == Stage::checking) {
+                        step(*self);
+                    }
+                });
+            };
+            try {
+                tell([items = Appcast::items(text, Appcast::platform(), present)](
+                         AppcastUpdater& updater) { updater.choose(items); });
+            } catch (const UpdateRefusal& refusal) {
+                tell([line = std::string(refusal.what())](
+                         AppcastUpdater& updater) { updater.fail(line); });
+            }
+        },
+        Background::Priority::userInitiated);
+}
+
+void AppcastUpdater::choose(const std::vector<AppcastItem>& items) {
     preferences_.setLastCheck(surroundings_.clock.now());
     const AppcastItem* const best = newest(items);
     if (best && VersionOrder::isNewer(best->version, presentVersion_)) {

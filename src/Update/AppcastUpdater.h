@@ -22,6 +22,7 @@
 #include <mutex>
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace ostrella {
 
@@ -129,6 +130,7 @@ private:
     void checkBySchedule();
     void beginCheck(bool userInitiated);
     void readFeed(const std::string& text);
+    void choose(const std::vector<AppcastItem>& items);
     void offer(const AppcastItem& item);
     void show();
     void prepare(const std::filesystem::path& archive);
@@ -167,6 +169,8 @@ private:
     bool restarts_ = false;
 
     std::unique_ptr<UpdateDownload> download_;
+    /// Counts the checks, so that a worker's answer to one that was left is not taken for another.
+    std::uint64_t searches_ = 0;
     std::shared_ptr<Work> work_;
     std::uint64_t preparations_ = 0;
     CancellationSource cancellation_;

@@ -1,6 +1,11 @@
 // When the updater looks at its feed by itself, and what it then shows.
 
+#include "Solver/Tools/Background.h"
 #include "Update/UpdaterFixture.h"
+
+#include <QCoreApplication>
+
+#include <future>
 
 namespace {
 
@@ -188,6 +193,52 @@ TEST_F(UpdateScheduleTest, TheScheduleWaitsForTheEndOfASession) {
     EXPECT_EQ(delegate_.calls.size(), calls);
     updater_->remindLater();
     EXPECT_THAT(timers_.pending(), SizeIs(1));
+}
+
+/// No feed is read while the workers wait for it.
+class BusyWorkers {
+public:
+    BusyWorkers() {
+        for (int i = 0; i < 8; ++i) {
+            Background::run([free = free_] { free.wait(); }, Background::Priority::userInitiated);
+        }
+    }
+    ~BusyWorkers() { promise_.set_value(); }
+    BusyWorkers(const BusyWorkers&) = delete;
+    BusyWorkers& operator=(const BusyWorkers&) = delete;
+
+private:
+    std::promise<void> promise_;
+    std::shared_future<void> free_ = promise_.get_future().share();
+};
+
+TEST_F(UpdateScheduleTest, AFeedIsReadByAWorkerAndNotWhereTheWindowWaits) {
+    offerNext();
+    started();
+    {
+        const BusyWorkers busy;
+        updater_->checkForUpdates();
+        ASSERT_TRUE(waitUntil([this] { return timers_.pending().empty(); })) << "it has come";
+        QCoreApplication::processEvents();
+        EXPECT_EQ(updater_->session().stage, Stage::checking);
+    }
+    EXPECT_TRUE(comesTo(Stage::found));
+}
+
+TEST_F(UpdateScheduleTest, WhatWasReadForACheckThatWasLeftIsNotShown) {
+    offerNext();
+    started();
+    {
+        const BusyWorkers busy;
+        updater_->checkForUpdates();
+        ASSERT_TRUE(waitUntil([this] { return timers_.pending().empty(); }));
+        QCoreApplication::processEvents();
+        updater_->cancel();
+        writeFeed({});
+        updater_->checkForUpdates();
+    }
+    ASSERT_TRUE(waitUntil([this] { return updater_->session().stage != Stage::checking; }));
+    EXPECT_EQ(updater_->session().stage, Stage::upToDate);
 }
 
 TEST_F(UpdateScheduleTest, ItsChangesAreTold) {

@@ -297,6 +297,33 @@ TEST(AppcastTest, WhatOnlyLooksLikeADocumentTypeIsText) {
         "");
 }
 
+TEST(AppcastTest, NoFeedIsSoDeep) {
+    const auto nested = [](int levels) {
+        std::string text = "<rss><channel>";
+        for (int i = 2; i < levels; ++i) {
+            text += "<a><b/><c></c>";
+        }
+        for (int i = 2; i < levels; ++i) {
+            text += "</a>";
+        }
+        return text + "</channel></rss>";
+    };
+    EXPECT_EQ(refusal(nested(31)), "");
+    EXPECT_EQ(refusal(nested(40)),
+        "Update refused · The update feed has more than 32 elements within one another.");
+}
+
+TEST(AppcastTest, NotesWithoutEndAreCutOff) {
+    // Each of them is two of the parser's characters.
+    std::string notes = "a";
+    for (int i = 0; i < 40'000; ++i) {
+        notes += "🙂";
+    }
+    const auto items = read(item("<description>" + notes + "</description>" + enclosure));
+    ASSERT_THAT(items, SizeIs(1));
+    EXPECT_EQ(items.front().notes, notes.substr(0, 1 + 4 * 32'767));
+}
+
 /// Megabytes of whatever a parser might stumble over are done with at once.
 TEST(AppcastTest, HugeFeedsAreDoneWithAtOnce) {
     const auto filled = [](const std::string& start, const std::string& piece) {
@@ -320,7 +347,7 @@ TEST(AppcastTest, HugeFeedsAreDoneWithAtOnce) {
     EXPECT_EQ(refusal(filled("<rss a='", "x")),
         "Update refused · The update feed has an element of more than 64 KiB.");
     for (const char* piece : {"<a>", "<a/>", "<", "x", "<!--", "&lt;", "<![CDATA[", "<?", "\"",
-             "]]>", "<rss a='' b='' c='' d=''>", "<x:y xmlns:x='z'>"}) {
+             "]]>", "<x:a xmlns:b='c'>", "<rss a='' b='' c='' d=''>", "<x:y xmlns:x='z'>"}) {
         EXPECT_NE(refusal(filled("<rss><channel>", piece)), "") << piece;
     }
     std::string releases;

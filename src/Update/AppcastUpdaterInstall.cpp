@@ -3,6 +3,7 @@
 #include "Models/MainThread.h"
 #include "Solver/Tools/Background.h"
 #include "Update/AppcastUpdater.h"
+#include "Update/PartialArchive.h"
 #include "Update/UpdateDownload.h"
 #include "Update/UpdateRefusal.h"
 #include "Update/UpdateRestart.h"
@@ -81,8 +82,11 @@ void AppcastUpdater::prepare(const fs::path& archive) {
             const std::lock_guard lock(work->mutex);
             try {
                 token.throwIfCancelled();
-                UpdateSignature::verify(archive, item.signature, key);
-                work->installer.stage(archive, item, present, token);
+                {
+                    const auto held = PartialArchive::hold(archive);
+                    UpdateSignature::verify(archive, item.signature, key);
+                    work->installer.stage(archive, item, present, token);
+                }
                 finish("");
             } catch (const CancellationError&) {
                 // Nobody waits for it.

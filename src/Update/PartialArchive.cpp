@@ -69,6 +69,31 @@ std::string validatorIn(const UpdateSink::Answer& answer) {
     return validator.size() <= longestValidator ? validator : std::string();
 }
 
+/// Nobody else could have put it there or could change it: no second name, no other's write.
+bool isPrivate(const struct stat& facts) {
+    return S_ISREG(facts.st_mode) && facts.st_uid == geteuid() && facts.st_nlink == 1 &&
+           (facts.st_mode & (S_IWGRP | S_IWOTH)) == 0;
+}
+
+/// Makes the folder the user's alone; what others may have put there before goes.
+void keepToUser(const std::filesystem::path& folder) {
+    const FileDescriptor opened(
+        open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC | O_NOFOLLOW));
+    struct stat facts {};
+    if (opened.get() < 0 || fstat(opened.get(), &facts) != 0) {
+        throw unwritable(errno);
+    }
+    if (facts.st_uid != geteuid()) {
+        throw UpdateRefusal("The folder of update archives belongs to another user.");
+    }
+    if ((facts.st_mode & (S_IRWXG | S_IRWXO)) != 0 && fchmod(opened.get(), S_IRWXU) != 0) {
+        throw unwritable(errno);
+    }
+    if ((facts.st_mode & (S_IWGRP | S_IWOTH)) != 0) {
+        PartialArchive::clear(folder);
+    }
+}
+
 } // namespace
 
 PartialArchive::PartialArchive(
@@ -79,25 +104,55 @@ PartialArchive::PartialArchive(
     if (error) {
         throw unwritable(error.value());
     }
+    keepToUser(folder);
     const auto name = nameOf(address, item);
     clear(folder, name);
     path_ = folder / (name + archiveSuffix);
     validatorPath_ = folder / (name + validatorSuffix);
-    file_ = FileDescriptor(
-        open(path_.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, S_IRUSR | S_IWUSR));
-    struct stat facts {};
-    if (file_.get() < 0 || fstat(file_.get(), &facts) != 0) {
-        throw unwritable(errno);
-    }
-    if (flock(file_.get(), LOCK_EX | LOCK_NB) != 0) {
-        throw UpdateRefusal("Another copy of Ostrella is fetching this update.");
-    }
-    received_ = facts.st_size;
+    open();
     std::ifstream state(validatorPath_, std::ios::binary);
     std::getline(state, validator_);
     if (received_ > expected_ || (!isWhole() && received_ > 0 && validator_.empty())) {
         startAnew();
     }
+}
+
+void PartialArchive::open() {
+    struct stat facts {};
+    const auto opened = [&](int flags) {
+        file_ = FileDescriptor(::open(path_.c_str(),
+            O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK | flags, S_IRUSR | S_IWUSR));
+        return file_.get() >= 0 && fstat(file_.get(), &facts) == 0;
+    };
+    if (!opened(0)) {
+        throw unwritable(errno);
+    }
+    if (!isPrivate(facts) && (unlink(path_.c_str()) != 0 || !opened(O_EXCL))) {
+        throw unwritable(errno);
+    }
+    const bool isLocked = flock(file_.get(), LOCK_EX | LOCK_NB) == 0;
+    if (fstat(file_.get(), &facts) != 0) {
+        throw unwritable(errno);
+    }
+    received_ = facts.st_size;
+    // A whole one is only read, and may be held for that.
+    if (!isLocked && !(isWhole() && flock(file_.get(), LOCK_SH | LOCK_NB) == 0)) {
+        throw UpdateRefusal("Another copy of Ostrella is fetching this update.");
+    }
+}
+
+FileDescriptor PartialArchive::hold(const std::filesystem::path& archive) {
+    FileDescriptor file(::open(archive.c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK));
+    struct stat facts {};
+    if (file.get() < 0 || flock(file.get(), LOCK_SH | LOCK_NB) != 0 ||
+        fstat(file.get(), &facts) != 0) {
+        throw UpdateRefusal(fmt::format("The update archive cannot be read: {}.",
+            std::error_code(errno, std::generic_category()).message()));
+    }
+    if (!isPrivate(facts)) {
+        throw UpdateRefusal("The update archive could be changed by others: " + archive.string());
+    }
+    return file;
 }
 
 void PartialArchive::clear(const std::filesystem::path& folder, const std::string& except) {
@@ -108,6 +163,12 @@ void PartialArchive::clear(const std::filesystem::path& folder, const std::strin
         const bool isOurs =
             path.extension() == archiveSuffix || path.extension() == validatorSuffix;
         if (isOurs && path.stem() != except) {
+            const FileDescriptor file(
+                ::open((folder / (path.stem().string() + archiveSuffix)).c_str(),
+                    O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK));
+            if (file.get() >= 0 && flock(file.get(), LOCK_EX | LOCK_NB) != 0) {
+                continue; // somebody is at it
+            }
             std::error_code ignored;
             std::filesystem::remove(path, ignored);
         }
@@ -158,7 +219,7 @@ void PartialArchive::write(const char* bytes, std::size_t count) {
         if (written <= 0) {
             // What has come may be what fills the disk.
             const auto refusal = unwritable(written < 0 ? errno : ENOSPC);
-            clear(path_.parent_path());
+            remove();
             throw refusal;
         }
         bytes += written;
@@ -191,8 +252,13 @@ void PartialArchive::keepValidator(const Answer& answer) {
 }
 
 void PartialArchive::discard(const std::string& reason) {
-    clear(path_.parent_path());
+    remove();
     throw UpdateRefusal(reason);
+}
+
+void PartialArchive::remove() {
+    file_.close();
+    clear(path_.parent_path());
 }
 
 } // namespace ostrella

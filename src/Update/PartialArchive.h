@@ -17,8 +17,9 @@ namespace ostrella {
 /// so that two states are never joined.
 class PartialArchive final : public UpdateSink {
 public:
-    /// Makes the folder if need be, removes archives of other items from it and opens the one of
-    /// this item, which is to come from `address`. Throws UpdateRefusal.
+    /// Makes the folder if need be, for the user alone, removes archives of other items from it and
+    /// opens the one of this item, which is to come from `address`. Throws UpdateRefusal, also for
+    /// a folder of somebody else's.
     PartialArchive(
         const std::filesystem::path& folder, const std::string& address, const AppcastItem& item);
 
@@ -33,12 +34,18 @@ public:
     std::int64_t received() const override { return received_; }
     std::int64_t expected() const override { return expected_; }
 
-    /// Removes every archive from the folder, except that of this name.
+    /// Keeps a whole archive as it is for as long as the descriptor is open: no copy of Ostrella
+    /// writes or removes it, and nobody but the user can. Throws UpdateRefusal. Any thread.
+    static FileDescriptor hold(const std::filesystem::path& archive);
+
+    /// Removes every archive from the folder that nobody holds, except that of this name.
     static void clear(const std::filesystem::path& folder, const std::string& except = {});
 
 private:
+    void open();
     void startAnew();
     void keepValidator(const Answer& answer);
+    void remove();
     [[noreturn]] void discard(const std::string& reason);
 
     std::filesystem::path path_;

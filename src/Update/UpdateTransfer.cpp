@@ -20,6 +20,8 @@ namespace {
 
 /// So much of the answer waits here at most; the rest waits in the network.
 constexpr qint64 readBuffer = 1 << 20;
+/// A file is there at once and whole: it is copied in pieces, so that the window goes on between.
+constexpr qint64 mostInOneTurn = 1 << 20;
 constexpr qsizetype longestWord = 200;
 constexpr int ok = 200;
 constexpr int partialContent = 206;
@@ -158,16 +160,20 @@ void UpdateTransfer::redirected(const QUrl& location) {
 
 void UpdateTransfer::bytesCame() {
     heardOf();
-    if (isOver_ || !hasBegun_) {
+    if (isOver_ || !hasBegun_ || goesOn_) {
         return;
     }
     take([this] {
         std::array<char, 64 << 10> bytes;
-        for (qint64 count = 1; count > 0;) {
+        qint64 left = mostInOneTurn;
+        for (qint64 count = 1; count > 0 && left > 0; left -= count) {
             count = reply_->read(bytes.data(), bytes.size());
             if (count > 0) {
                 sink_->write(bytes.data(), static_cast<std::size_t>(count));
             }
+        }
+        if (left <= 0) {
+            goOnLater();
         }
     });
     if (isOver_ || progressIsPosted_ || !order_.progressed) {
@@ -184,6 +190,26 @@ void UpdateTransfer::bytesCame() {
     });
 }
 
+void UpdateTransfer::goOnLater() {
+    if (std::exchange(goesOn_, true)) {
+        return;
+    }
+    MainThread::post([self = QPointer(this), reply = QPointer(reply_)] {
+        if (!self) {
+            return;
+        }
+        self->goesOn_ = false;
+        if (self->isOver_ || self->reply_ != reply) {
+            return;
+        }
+        if (reply->isFinished()) {
+            self->replyEnded();
+        } else {
+            self->bytesCame();
+        }
+    });
+}
+
 void UpdateTransfer::replyEnded() {
     const bool hasFailed = reply_->error() != QNetworkReply::NoError;
     if (!hasBegun_) {
@@ -196,7 +222,7 @@ void UpdateTransfer::replyEnded() {
     if (hasBegun_) {
         bytesCame();
     }
-    if (isOver_) {
+    if (isOver_ || goesOn_) {
         return;
     }
     take([&] {

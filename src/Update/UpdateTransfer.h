@@ -82,6 +82,7 @@ private:
     void ask();
     void headersCame();
     void bytesCame();
+    void goOnLater();
     void replyEnded();
     void take(const std::function<void()>& step);
     void redirected(const QUrl& location);
@@ -100,6 +101,8 @@ private:
     bool hasBegun_ = false;
     bool isOver_ = false;
     bool progressIsPosted_ = false;
+    /// More of the answer is to be read at the next turn of the event loop.
+    bool goesOn_ = false;
     /// Counts what was heard of the server, so that a late timer knows that it is late.
     std::uint64_t heard_ = 0;
     Timer silence_;

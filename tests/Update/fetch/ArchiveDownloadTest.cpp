@@ -331,6 +331,26 @@ TEST_F(ArchiveDownloadTest, FilesComeOnlyFromFeedsThatAreFiles) {
     EXPECT_EQ(archive().arrived, bytes);
 }
 
+/// Each piece of a file, which is there at once, is told of in a turn of its own.
+TEST_F(ArchiveDownloadTest, AFileIsCopiedInPieces) {
+    bytes.resize((5 << 20) + 1, 'x');
+    test::writeFile(folder.path() / "2.tar.gz", bytes);
+    item.archiveLength = static_cast<std::int64_t>(bytes.size());
+    item.archiveAddress = "2.tar.gz";
+    feedAddress = "file://" + (folder.path() / "feed.xml").string();
+    auto means = setup();
+    means.allowsFiles = true;
+    download = std::make_unique<UpdateDownload>(means);
+    const auto outcome = archive();
+    EXPECT_EQ(outcome.arrived, bytes);
+    std::int64_t before = 0;
+    for (const auto& [received, expected] : outcome.progress) {
+        EXPECT_LE(received - before, 2 << 20);
+        before = received;
+    }
+    EXPECT_GE(before, 4 << 20);
+}
+
 /// The bytes are those that were signed, even if a server says that they are packed.
 TEST_F(ArchiveDownloadTest, NothingIsUnpackedOnTheWay) {
     server.answer(Answer{.headers = {{"Content-Encoding", "gzip"}}, .body = bytes});

@@ -159,6 +159,18 @@ TEST_F(PostponedRelaunchTest, asksOneQuestionAtATime) {
     EXPECT_THAT(alerts, SizeIs(1));
 }
 
+TEST_F(PostponedRelaunchTest, asksOnceWhereTheUserIsFasterThanTheEndOfTheRun) {
+    postponeDuringARun();
+    setPhase(RunPhase::finished(true));
+    controller->checkForUpdates();
+    EXPECT_THAT(alerts, SizeIs(1));
+    settle();
+    EXPECT_THAT(alerts, SizeIs(1));
+    replies[0](false);
+    settle();
+    EXPECT_THAT(alerts, SizeIs(1));
+}
+
 TEST_F(PostponedRelaunchTest, neverRestartsARunThatBeganUnderTheQuestion) {
     postponeDuringARun();
     endRun();

@@ -254,6 +254,23 @@ TEST_F(UpdateControllerTest, observesOneSimulationOnlyOnce) {
     EXPECT_FALSE(controller->gate().deferredUpdate);
 }
 
+TEST_F(UpdateControllerTest, asksTheSimulationThatWasAttachedLastAndWritesIntoItsLog) {
+    attach();
+    beginRun();
+    EXPECT_TRUE(controller->gate().isRunning());
+    SimulationController second(
+        RunEnvironment{AppBundle("package"), "runs", &SystemFacts::words()}, notifications);
+    LogStore secondLog;
+    controller->attach(second, secondLog);
+    EXPECT_FALSE(controller->gate().isRunning());
+    EXPECT_FALSE(relaunch());
+    SimulationControllerProbe::setPhase(second, RunPhase::meshing());
+    EXPECT_TRUE(relaunch());
+    EXPECT_EQ(secondLog.lines().back().text,
+        "Update 2.0 is ready. It installs when the simulation ends.");
+    EXPECT_TRUE(lines().empty());
+}
+
 TEST_F(UpdateControllerTest, showsAHeldBackUpdateWhenTheRunEnds) {
     attach();
     start();

@@ -35,6 +35,14 @@ TEST(UpdatePolicy, hasAVersionForACopyThatTellsNone) {
         "0.0.0 (345)");
 }
 
+TEST(UpdatePolicy, takesAnEmptyVersionAtItsWord) {
+    EXPECT_EQ(
+        versionText(InformationDictionary{{"CFBundleShortVersionString", std::string()}}), "");
+    EXPECT_EQ(versionText(InformationDictionary{
+                  {"CFBundleShortVersionString", std::string()}, {"CFBundleVersion", "345"}}),
+        " (345)");
+}
+
 TEST(UpdatePolicy, givesTheAboutWindowItsLine) {
     EXPECT_EQ(AboutInfo::versionLine(std::nullopt), "Version 0.0.0");
     EXPECT_EQ(AboutInfo::versionLine(InformationDictionary{

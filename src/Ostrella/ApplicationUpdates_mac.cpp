@@ -4,6 +4,7 @@
 #include "Update/QuietUpdater.h"
 #include "Update/SparkleUpdater.h"
 
+#include <optional>
 #include <utility>
 
 namespace ostrella {
@@ -16,7 +17,8 @@ std::unique_ptr<UpdateController> ApplicationUpdates::makeController(
     const Surroundings& surroundings) {
     const auto info = bundle_.information();
     std::unique_ptr<Updater> updater;
-    if (info && stringOf(*info, InformationKeys::feed)) {
+    const auto feed = info ? stringOf(*info, InformationKeys::feed) : std::nullopt;
+    if (feed && !feed->empty()) {
         updater = makeSparkleUpdater();
     } else {
         updater = std::make_unique<QuietUpdater>(

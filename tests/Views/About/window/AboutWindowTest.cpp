@@ -154,6 +154,9 @@ TEST_F(AboutWindow, scrollsByKeysWhereThereIsLittleRoom) {
         EXPECT_TRUE(isInSight(*window, frame(window->activeFocusItem()))) << name;
     }
     expectScrollingByKeys(body, *user);
+    // The bar comes where the pointer looks for it.
+    user->moveTo({window->width() - 4.0, window->height() / 2.0});
+    EXPECT_TRUE(waitUntil([&] { return items("BrandScrollBar").size() == 1; }));
 }
 
 TEST_F(AboutWindow, looksAtTheToolsAgainWhenItAppearsAgain) {

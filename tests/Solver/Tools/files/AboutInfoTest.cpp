@@ -137,6 +137,10 @@ TEST(AboutInfo, findsTheVersionOfGmsh) {
         {"Version 4.15 of gmsh", "4.15"},
         {"\t\r\n  4.1\v5.2", "4.1"},
         {"4. .5 1..2 6.7", "6.7"},
+        // Bytes that are no text, and a blank that is none of ASCII's.
+        {"Warnung: f\xFCr X \xFE\xFF\n4.15.2", "4.15.2"},
+        {"4.15.2\u00A0beta", "4.15.2"},
+        {"gmsh\u00A04.15.2", std::nullopt},
         {"gmsh", std::nullopt},
         {"4", std::nullopt},
         {"v4.15.2", std::nullopt},

@@ -111,13 +111,7 @@ std::optional<std::string> AppcastUpdater::startUpdater() {
     }
     isStarted_ = true;
     if (installation_.isOwn()) {
-        Background::run([work = work_] {
-            const std::lock_guard lock(work->mutex);
-            // What lies ready by now is no leftover.
-            if (!work->installer.isStaged()) {
-                work->installer.discard();
-            }
-        });
+        takeOverLeftovers();
     }
     schedule();
     Q_EMIT canCheckForUpdatesChanged();

@@ -137,6 +137,7 @@ private:
     void finishPreparing(const std::string& refusal);
     void leavePreparing();
     void setReady(std::optional<AppcastItem> item);
+    void takeOverLeftovers();
     void exchange();
     void relaunch();
 

@@ -78,7 +78,7 @@ void AppcastUpdater::prepare(const fs::path& archive) {
     };
     Background::run(
         [work = work_, archive, item = session_.item, key = key_, present = presentVersion_,
-            token = cancellation_.token(), finish] {
+            token = cancellation_.token(), isFirst = !ready_, finish] {
             const std::lock_guard lock(work->mutex);
             try {
                 token.throwIfCancelled();
@@ -86,6 +86,11 @@ void AppcastUpdater::prepare(const fs::path& archive) {
                     const auto held = PartialArchive::hold(archive);
                     UpdateSignature::verify(archive, item.signature, key);
                     work->installer.stage(archive, item, present, token);
+                }
+                if (isFirst && token.isCancelled()) {
+                    // Left too late, and not to be found by the next start.
+                    work->installer.discard();
+                    return;
                 }
                 finish("");
             } catch (const CancellationError&) {
@@ -119,6 +124,37 @@ void AppcastUpdater::setReady(std::optional<AppcastItem> item) {
     if (delegate_) {
         delegate_->readyUpdateChanged(ready_ ? &*ready_ : nullptr);
     }
+}
+
+void AppcastUpdater::takeOverLeftovers() {
+    const auto take = [self = QPointer<AppcastUpdater>(this)](const AppcastItem& item) {
+        MainThread::post([self, item] {
+            if (self && !self->ready_) {
+                self->setReady(item);
+                self->surroundings_.report(
+                    fmt::format("Update {} lies ready since an earlier start. It installs at quit.",
+                        item.displayVersionString),
+                    Level::info);
+            }
+        });
+    };
+    Background::run([work = work_, present = presentVersion_, take] {
+        const std::lock_guard lock(work->mutex);
+        UpdateInstaller& installer = work->installer;
+        // What lies ready by now is no leftover.
+        if (installer.isStaged()) {
+            return;
+        }
+        if (const auto information = installer.adopt(present)) {
+            AppcastItem item;
+            item.version = UpdateInstaller::version(*information);
+            item.displayVersionString =
+                stringOf(*information, InformationKeys::version).value_or(item.version);
+            take(item);
+        } else {
+            installer.discard();
+        }
+    });
 }
 
 void AppcastUpdater::installAndRestart() {

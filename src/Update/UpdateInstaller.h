@@ -58,6 +58,10 @@ public:
         const std::string& presentVersion, const CancellationToken& token = {});
 
     bool isStaged() const;
+    /// Takes over what a process that did not come to its end had staged, and gives what that says
+    /// of itself. Nothing where none lies there, where it is not newer than `presentVersion`, and
+    /// where another process is at it.
+    std::optional<InformationDictionary> adopt(const std::string& presentVersion);
     /// Removes what stage() made, and what earlier attempts left that nobody works on.
     void discard();
 

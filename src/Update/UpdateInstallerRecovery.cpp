@@ -1,9 +1,11 @@
 // What a start of the application does for the update that came before it.
 
+#include "Platform/AppBundle.h"
 #include "Update/FileSteps.h"
 #include "Update/Installation.h"
 #include "Update/UpdateInstaller.h"
 #include "Update/UpdateRefusal.h"
+#include "Update/VersionOrder.h"
 
 #include <fmt/format.h>
 
@@ -25,6 +27,24 @@ constexpr std::string_view previousSuffix = ".previous";
 constexpr std::string_view wasStarted = "started";
 
 } // namespace
+
+std::optional<InformationDictionary> UpdateInstaller::adopt(const std::string& presentVersion) {
+    if (!isOwnFolder(work()) || isThere(record()) || !isThere(ready())) {
+        return std::nullopt;
+    }
+    try {
+        takeLock();
+    } catch (const UpdateRefusal&) {
+        return std::nullopt;
+    }
+    // It was moved there whole, after all checks.
+    auto information = AppBundle(ready()).information();
+    if (!information || !VersionOrder::isNewer(version(*information), presentVersion)) {
+        release();
+        return std::nullopt;
+    }
+    return information;
+}
 
 bool UpdateInstaller::confirmStarted(const std::string& running, FileDescriptor claim) {
     if (!isOwnFolder(work())) {

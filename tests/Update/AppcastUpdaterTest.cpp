@@ -377,6 +377,38 @@ TEST_F(AppcastUpdaterTest, AVersionBeforeThatIsKeptIsToldOf) {
     EXPECT_EQ(readFile(previous / "mine.csv"), "mine");
 }
 
+TEST_F(AppcastUpdaterTest, WhatLayReadyWhenTheApplicationWasCutOffIsInstalledAtTheNextQuit) {
+    offerNext();
+    started();
+    prepareNext();
+    updater_->remindLater();
+    updater_.reset();
+    delegate_.readyVersion.clear();
+    log_.clear();
+
+    started();
+    ASSERT_TRUE(waitUntil([this] { return delegate_.readyVersion == "1.1.0"; }));
+    EXPECT_THAT(
+        log_, ElementsAre("Update 1.1.0 lies ready since an earlier start. It installs at quit."));
+    search(Stage::ready);
+    EXPECT_EQ(updater_->session().item.version, "1.1.0");
+    updater_->remindLater();
+    EXPECT_EQ(installed(), "1.0.0");
+    updater_->installAtQuit();
+    EXPECT_EQ(installed(), "1.1.0");
+}
+
+TEST_F(AppcastUpdaterTest, WhatLayReadyButIsNotNewerAnyMoreIsCleared) {
+    offerNext();
+    started();
+    prepareNext();
+    updater_.reset();
+    information_["CFBundleShortVersionString"] = "1.1.0";
+    started();
+    EXPECT_TRUE(waitUntil([this] { return namesIn(root_.parent_path()).size() == 1; }));
+    EXPECT_EQ(installed(), "1.0.0");
+}
+
 TEST_F(AppcastUpdaterTest, LeftoversAreClearedAtTheStart) {
     writeFile(root_.parent_path() / ".ostrella.ostrella-update/ready/bin/ostrella", "old");
     started();

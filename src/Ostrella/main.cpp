@@ -9,6 +9,7 @@
 #include "Platform/DesktopAppearance.h"
 #include "Platform/DesktopEntry.h"
 #include "Platform/DisplayProbe.h"
+#include "Platform/PackageUse.h"
 #include "Platform/Preferences.h"
 #include "Platform/SingleInstance.h"
 #include "Platform/SystemFacts.h"
@@ -174,6 +175,7 @@ int perform(const HandOver& start) {
     // Nothing waits for a run under way: it ends with the process, and its programs here.
     window->hide();
     ChildProcess::killAllForGood();
+    PackageUse::endAllForGood();
     // All of them show what the shared objects hold.
     updateLink.reset();
     link.reset();

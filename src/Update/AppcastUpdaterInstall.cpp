@@ -176,10 +176,14 @@ void AppcastUpdater::installAndRestart() {
 void AppcastUpdater::exchange() {
     // Nobody waits for another that is being prepared.
     leavePreparing();
+    const auto item = ready_;
     setReady(std::nullopt);
     const std::lock_guard lock(work_->mutex);
     try {
         work_->installer.exchange();
+    } catch (const UpdateInstaller::InUse&) {
+        setReady(item);
+        throw;
     } catch (const UpdateRefusal&) {
         work_->installer.discard();
         throw;

@@ -2,6 +2,7 @@
 
 #include "Platform/AppBundle.h"
 #include "Platform/ChildProcess.h"
+#include "Platform/PackageUse.h"
 #include "Update/FileSteps.h"
 #include "Update/Installation.h"
 #include "Update/UpdateRefusal.h"
@@ -275,6 +276,10 @@ void UpdateInstaller::exchange() {
         throw UpdateRefusal("The update that lay ready is not there any more.");
     }
     requireOwn();
+    const FileDescriptor alone = PackageUse::claimAlone(root_);
+    if (alone.get() < 0) {
+        throw InUse(fmt::format("A run uses {}.", root_.string()));
+    }
     const std::string next = version(ready());
     // Another may have been unpacked by hand meanwhile.
     requireNewer(next, version(root_));

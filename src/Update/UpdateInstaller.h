@@ -6,6 +6,7 @@
 #include "Platform/FileDescriptor.h"
 #include "Update/AppcastItem.h"
 #include "Update/UpdateArchive.h"
+#include "Update/UpdateRefusal.h"
 
 #include <filesystem>
 #include <functional>
@@ -33,6 +34,11 @@ public:
     /// The root of an installation that is ours to replace.
     explicit UpdateInstaller(std::filesystem::path root) : UpdateInstaller(std::move(root), {}) {}
     UpdateInstaller(std::filesystem::path root, Options options);
+
+    /// A run uses what is installed; what is staged stays.
+    class InUse : public UpdateRefusal {
+        using UpdateRefusal::UpdateRefusal;
+    };
 
     /// What the start of a program finds.
     struct Recovery {
@@ -66,8 +72,9 @@ public:
     void discard();
 
     /// Puts the staged version in the place of the installed one. Throws UpdateRefusal, also where
-    /// nothing is staged any more, where the root has come to hold what is not ours, and where what
-    /// is installed by now is no older; the installed one is in its place then as before.
+    /// nothing is staged any more, InUse while a run of any process uses the root, where the root
+    /// has come to hold what is not ours, and where what is installed by now is no older; the
+    /// installed one is in its place then as before.
     void exchange();
     /// Puts the previous version back. Throws UpdateRefusal, with the new one in its place.
     void rollBack();

@@ -7,7 +7,7 @@
 namespace ostrella {
 
 /// Why an update was not taken. what() is the line for the log: "Update refused · " and the reason.
-class UpdateRefusal final : public std::runtime_error {
+class UpdateRefusal : public std::runtime_error {
 public:
     static constexpr std::string_view prefix = "Update refused · ";
 

@@ -1,3 +1,4 @@
+#include "Platform/PackageUse.h"
 #include "Update/UpdaterFixture.h"
 
 #include <set>
@@ -358,6 +359,23 @@ TEST_F(AppcastUpdaterTest, OnlyTheStartThatIsAwaitedConfirmsAnUpdate) {
     EXPECT_EQ(UpdateInstaller::version(previous), "1.0.0") << "nobody awaits this start";
     confirm(AppcastUpdater::recover(root_).claim);
     EXPECT_EQ(namesIn(root_.parent_path()), std::set<std::string>{"ostrella"});
+    EXPECT_EQ(installed(), "1.1.0");
+}
+
+TEST_F(AppcastUpdaterTest, ARunOfAnotherProcessPutsItOff) {
+    offerNext();
+    started();
+    prepareNext();
+    {
+        const PackageUse run(root_);
+        updater_->installAndRestart();
+        EXPECT_EQ(quits_, 0);
+        EXPECT_EQ(updater_->session().stage, Stage::failed);
+        EXPECT_THAT(log_, ElementsAre("Update refused · A run uses " + root_.string() + "."));
+        updater_->acknowledge();
+    }
+    EXPECT_EQ(installed(), "1.0.0");
+    updater_->installAtQuit();
     EXPECT_EQ(installed(), "1.1.0");
 }
 

@@ -1,5 +1,6 @@
 // The exchange of two versions, and every moment at which it can be cut short.
 
+#include "Platform/PackageUse.h"
 #include "Update/InstallerFixture.h"
 
 #include <utility>
@@ -108,6 +109,21 @@ TEST_P(UpdateExchangeTest, WhatTheUserHasPutIntoTheFolderIsNeverTaken) {
             (root_ / "results").string() + ".");
     EXPECT_EQ(installed(), "1.0.0");
     EXPECT_EQ(readFile(root_ / "results/mine.csv"), "mine");
+}
+
+TEST_P(UpdateExchangeTest, NothingChangesWhileARunUsesTheFolder) {
+    UpdateInstaller subject = this->subject();
+    stage(subject);
+    {
+        const PackageUse one(root_);
+        const PackageUse another(root_);
+        EXPECT_EQ(InstallerFixture::refusal([&] { subject.exchange(); }),
+            "Update refused · A run uses " + root_.string() + ".");
+        EXPECT_EQ(installed(), "1.0.0");
+        EXPECT_TRUE(subject.isStaged());
+    }
+    subject.exchange();
+    EXPECT_EQ(installed(), "1.1.0");
 }
 
 TEST_P(UpdateExchangeTest, AVersionBeforeThatHoldsSomethingOfTheUsersIsNotRemoved) {

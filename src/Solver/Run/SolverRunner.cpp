@@ -2,6 +2,7 @@
 
 #include "Models/FileError.h"
 #include "Models/HistoryStore.h"
+#include "Platform/PackageUse.h"
 #include "Solver/Run/Harvest.h"
 #include "Solver/Run/SolverLaunch.h"
 #include "Solver/Run/StageExit.h"
@@ -24,11 +25,13 @@ SolverRunner::SolverRunner(
 
 SimulationResult SolverRunner::runSTL(const STLContext& stl, const SimulationInputs& inputs,
     const RunLog& log, const QPointer<HistoryStore>& history, const Events& events) const {
+    const PackageUse use(environment_.bundle.root());
     return solveAndHarvest(prepareSTL(stl, inputs, log, events), inputs, log, history, events);
 }
 
 SimulationResult SolverRunner::runDemo(const SimulationInputs& inputs, const RunLog& log,
     const QPointer<HistoryStore>& history, const Events& events) const {
+    const PackageUse use(environment_.bundle.root());
     return solveAndHarvest(prepareDemo(inputs, log, events), inputs, log, history, events);
 }
 

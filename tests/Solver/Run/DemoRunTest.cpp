@@ -1,5 +1,6 @@
 // The run of the built-in aerofoil.
 
+#include "Platform/PackageUse.h"
 #include "RunFixture.h"
 
 namespace ostrella::test {
@@ -41,6 +42,22 @@ TEST_F(DemoRun, warnsOfTheStandInAfterTheSolversPath) {
     EXPECT_EQ(lines()[1],
         TextLine("The built-in preview solver stands in for SU2_CFD · figures are indicative",
             Level::warn));
+}
+
+TEST_F(DemoRun, keepsThePackageFromBeingReplacedUntilItsEnd) {
+    const auto isFree = [this] {
+        return PackageUse::claimAlone(environment().bundle.root()).get() >= 0;
+    };
+    std::vector<bool> during;
+    onWorker([&] {
+        const SolverRunner runner(environment(), {});
+        EXPECT_TRUE(isFree());
+        runner.runDemo(SimulationInputs(), app_->logStore, &app_->historyStore,
+            [&](const SolverRunner::Event&) { during.push_back(isFree()); });
+        EXPECT_TRUE(isFree());
+    });
+    EXPECT_FALSE(during.empty());
+    EXPECT_THAT(during, testing::Each(false));
 }
 
 TEST_F(DemoRun, reportsItsEventsInOrder) {

@@ -28,6 +28,7 @@ void check(const AppcastItem& item) {
     precondition(item.version.find('/') == std::string::npos, "a version leads nowhere");
     precondition(isOneLine(item.version) && isOneLine(item.displayVersionString), "versions show");
     precondition(isOneLine(item.title), "a title is one line");
+    precondition(item.notes.size() <= 3 * (64 << 10), "notes come to an end");
     precondition(isPageOrNothing(item.infoAddress), "a link is a page");
     precondition(isPageOrNothing(item.notesAddress), "notes are a page");
     precondition(item.archiveLength >= 0, "a length is no debt");

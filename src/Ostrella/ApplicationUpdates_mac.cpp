@@ -38,12 +38,12 @@ std::unique_ptr<QObject> ApplicationUpdates::showSessions(
 // The framework keeps, installs and starts what it has fetched by itself.
 void ApplicationUpdates::confirmStarted() {}
 
-void ApplicationUpdates::installAtQuit() {}
-
 void ApplicationUpdates::leaveToAnother() {}
 
 bool ApplicationUpdates::restartsAtQuit() const {
     return false;
 }
+
+void ApplicationUpdates::installAtQuit() {}
 
 } // namespace ostrella

@@ -67,11 +67,19 @@ void settle(const fs::path& folder) {
     }
 }
 
+void settleNames(const fs::path& folder) {
+    const FileDescriptor descriptor(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (descriptor.get() >= 0) {
+        ::fsync(descriptor.get());
+    }
+}
+
 void write(const fs::path& file, const std::string& text) {
     std::ofstream stream(file, std::ios::binary | std::ios::trunc);
     stream << text;
     stream.close();
-    if (!stream) {
+    const FileDescriptor written(::open(file.c_str(), O_RDONLY | O_NOFOLLOW | O_CLOEXEC));
+    if (!stream || ::fsync(written.get()) != 0) {
         throw UpdateRefusal(
             fmt::format("Cannot write {}: {}.", file.string(), lastError().message()));
     }

@@ -28,7 +28,10 @@ void clear(const std::filesystem::path& place);
 /// Everything written so far to the file system of `folder` survives a loss of power.
 void settle(const std::filesystem::path& folder);
 
-/// Throws UpdateRefusal.
+/// The names in `folder` survive a loss of power. Waits for no other file's content.
+void settleNames(const std::filesystem::path& folder);
+
+/// The file and its text survive a loss of power. Throws UpdateRefusal.
 void write(const std::filesystem::path& file, const std::string& text);
 
 /// The first two words of a small file; none if it cannot be read.

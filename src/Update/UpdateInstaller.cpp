@@ -283,7 +283,9 @@ void UpdateInstaller::exchange() {
     const std::string next = version(ready());
     // Another may have been unpacked by hand meanwhile.
     requireNewer(next, version(root_));
+    // The tree itself was settled when it was staged.
     write(record(), next + "\n");
+    settleNames(work());
     try {
         replaceRoot(ready(), previous());
     } catch (const UpdateRefusal&) {
@@ -293,7 +295,7 @@ void UpdateInstaller::exchange() {
         }
         throw;
     }
-    settle(root_.parent_path());
+    settleNames(root_.parent_path());
 }
 
 void UpdateInstaller::rollBack() {
@@ -307,7 +309,7 @@ void UpdateInstaller::rollBack() {
     write(failure(), failed + "\n");
     clear(record());
     clear(obsolete());
-    settle(root_.parent_path());
+    settleNames(root_.parent_path());
 }
 
 } // namespace ostrella

@@ -2,7 +2,6 @@ pragma ComponentBehavior: Bound
 
 import QtQuick
 import Ostrella.Controls
-import Ostrella.Sidebar
 import Ostrella.Updates
 
 // The window of a search for an update and of what comes of it. It is as tall as what it has to
@@ -77,95 +76,14 @@ Window {
         Accessible.description: window.model.showsProgress ? window.model.progress
             : window.model.detail
 
-        // The headline and its sentence, or a bar of the same height at least.
-        Item {
+        UpdateHeadline {
             id: head
 
-            readonly property real most: Math.max(60, window.room - window.least)
-            readonly property real wanted: Math.max(Theme.progressHeight,
-                Math.min(window.model.showsProgress ? bar.implicitHeight
-                    : words.height + (detail.visible ? 6 + detail.wanted : 0), most,
-                    280 * Theme.lengthScale))
-
+            model: window.model
+            most: Math.max(60, window.room - window.least)
             x: window.margin
             y: window.margin
             width: parent.width - 2 * window.margin
-            height: wanted
-
-            RunProgressBar {
-                id: bar
-
-                width: parent.width
-                visible: window.model.showsProgress
-                title: window.model.title
-                detail: window.model.progress
-                value: window.model.progress
-                fraction: window.model.fraction
-
-                Spinner {
-                    visible: window.model.isBusy && bar.visible
-                    anchors.right: parent.right
-                    anchors.rightMargin: 12
-                    anchors.verticalCenter: parent.verticalCenter
-                }
-            }
-
-            Item {
-                id: words
-
-                readonly property real lead: spinner.visible || mark.visible
-                    ? 24 * Theme.lengthScale : 0
-
-                width: parent.width
-                height: headline.height
-                visible: !window.model.showsProgress
-
-                Spinner {
-                    id: spinner
-
-                    visible: window.model.isBusy && !window.model.showsProgress
-                    y: (18 * Theme.lengthScale - height) / 2
-                    size: 14 * Theme.lengthScale
-                }
-
-                Symbol {
-                    id: mark
-
-                    visible: window.model.symbol !== ""
-                    name: window.model.symbol
-                    size: 16 * Theme.lengthScale
-                    y: (18 * Theme.lengthScale - height) / 2
-                    color: window.model.isFailure ? Theme.statusError : Theme.statusSuccess
-                }
-
-                Text {
-                    id: headline
-
-                    x: words.lead
-                    width: words.width - x
-                    text: window.model.title
-                    font: Theme.bodyMedium
-                    color: window.model.isFailure ? Theme.statusError : Theme.textPrimary
-                    lineHeight: 18 * Theme.lengthScale
-                    lineHeightMode: Text.FixedHeight
-                    wrapMode: Text.Wrap
-                    textFormat: Text.PlainText
-                    Accessible.role: window.model.isFailure ? Accessible.AlertMessage
-                        : Accessible.StaticText
-                    Accessible.name: text
-                }
-            }
-
-            ScrolledText {
-                id: detail
-
-                visible: text !== "" && !window.model.showsProgress
-                x: words.lead
-                y: words.height + 6
-                width: parent.width - x
-                height: Math.max(0, head.height - y)
-                text: window.model.detail
-            }
         }
 
         Item {

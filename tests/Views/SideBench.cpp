@@ -1,5 +1,6 @@
 #include "Views/SideBench.h"
 
+#include "support/VisitAccessible.h"
 #include "support/Wait.h"
 
 #include <QImage>
@@ -18,17 +19,6 @@ void useControlsModule();
 namespace ostrella::test {
 
 namespace {
-
-using Visit = std::function<void(QAccessibleInterface*)>;
-
-void visitAll(QAccessibleInterface* parent, const Visit& visit) {
-    for (int i = 0; i < parent->childCount(); ++i) {
-        if (QAccessibleInterface* child = parent->child(i)) {
-            visit(child);
-            visitAll(child, visit);
-        }
-    }
-}
 
 bool isOf(const QObject* object, const char* type) {
     const QByteArray prefix = QByteArray(type) + "_QML";

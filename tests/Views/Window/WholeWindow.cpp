@@ -1,5 +1,7 @@
 #include "WholeWindow.h"
 
+#include "support/VisitAccessible.h"
+
 #include <QQuickStyle>
 
 #include <algorithm>
@@ -16,17 +18,6 @@ void useChromeModule();
 namespace ostrella::test {
 
 namespace {
-
-using Visit = std::function<void(QAccessibleInterface*)>;
-
-void visitAll(QAccessibleInterface* parent, const Visit& visit) {
-    for (int i = 0; i < parent->childCount(); ++i) {
-        if (QAccessibleInterface* child = parent->child(i)) {
-            visit(child);
-            visitAll(child, visit);
-        }
-    }
-}
 
 bool isShown(const QAccessibleInterface* found) {
     const auto* item = qobject_cast<const QQuickItem*>(found->object());

@@ -18,7 +18,8 @@ LAYERS = {
     "Platform": ["Models"],
     "Solver/Geometry": ["Models"],
     "Solver/Flow": ["Models"],
-    "Solver/Tools": ["Models", "Platform", "Solver/Geometry", "Solver/Flow"],
+    "Solver/Surface": ["Models", "Solver/Geometry"],
+    "Solver/Tools": ["Models", "Platform", "Solver/Geometry", "Solver/Flow", "Solver/Surface"],
     "Solver/Run": ["Models", "Platform", "Solver"],
     "Rendering": ["Models", "Platform", "Solver/Geometry", "Solver/Flow", "Brand"],
     "Brand": ["Models"],
@@ -28,7 +29,7 @@ LAYERS = {
     "Batch": ["Models", "Platform", "Solver", "Rendering", "Ostrella"],
 }
 # The numerics: plain C++ that can be tested, fuzzed and measured alone.
-WITHOUT_QT = ["Solver/Geometry", "Solver/Flow"]
+WITHOUT_QT = ["Solver/Geometry", "Solver/Flow", "Solver/Surface"]
 INCLUDE = re.compile(r'^\s*#\s*include\s+(["<])([^">]+)[">]', re.MULTILINE)
 
 MOST_SOURCE_LINES = 500

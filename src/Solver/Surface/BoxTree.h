@@ -1,0 +1,106 @@
+#pragma once
+
+#include "Models/LargeBuffer.h"
+#include "Models/Vector.h"
+#include "Solver/Surface/IndexedSurface.h"
+
+#include <array>
+#include <bit>
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <vector>
+
+namespace ostrella {
+
+/// A box of 32-bit numbers, both corners part of it.
+struct FloatBox {
+    Vec3 low{0.0F};
+    Vec3 high{0.0F};
+};
+
+/// The frame of a tree's boxes: the body's middle is the origin and its extent at most 2, so that
+/// 32-bit numbers do for a body of any size and at any place.
+struct BoxFrame {
+    DVec3 middle{0};
+    double scale = 1; ///< a power of two
+
+    static BoxFrame around(const DVec3& low, const DVec3& high);
+
+    DVec3 toFrame(const DVec3& point) const { return (point - middle) * scale; }
+    /// The box `low` to `high` in the frame, no smaller after rounding.
+    FloatBox outward(const DVec3& low, const DVec3& high) const;
+};
+
+/// A tree over boxes: they are put in the order of a space-filling curve, and eight neighbours each
+/// make a node of the next level. Immutable.
+class BoxTree {
+public:
+    static constexpr std::size_t width = 8;
+
+    /// Eight boxes, axis by axis, so that one instruction compares several.
+    struct Node {
+        std::array<std::array<float, width>, 3> low;
+        std::array<std::array<float, width>, 3> high;
+
+        /// Bit i is set if box i meets `box`.
+        unsigned meeting(const FloatBox& box) const {
+            std::array<std::uint32_t, width> hit;
+            for (std::size_t i = 0; i < width; ++i) {
+                hit[i] = static_cast<std::uint32_t>(
+                             (low[0][i] <= box.high.x) & (high[0][i] >= box.low.x) &
+                             (low[1][i] <= box.high.y) & (high[1][i] >= box.low.y) &
+                             (low[2][i] <= box.high.z) & (high[2][i] >= box.low.z))
+                         << i;
+            }
+            return hit[0] | hit[1] | hit[2] | hit[3] | hit[4] | hit[5] | hit[6] | hit[7];
+        }
+    };
+
+    /// Where a walk stands: a node of a level. Level 0 holds the boxes themselves.
+    struct Step {
+        std::uint32_t node;
+        std::uint32_t level;
+    };
+    /// Steps that a walk depth first can have before it.
+    static constexpr std::size_t mostSteps = 12 * width;
+
+    BoxTree() = default;
+    /// At most 2³¹ boxes.
+    explicit BoxTree(std::span<const FloatBox> boxes);
+
+    /// The boxes' indices in the tree's order.
+    std::span<const std::uint32_t> order() const { return {order_.data(), order_.size()}; }
+    bool empty() const { return order_.size() == 0; }
+    Step root() const { return {0, static_cast<std::uint32_t>(levels_.size() - 1)}; }
+    const Node& at(const Step& step) const { return nodes_[levels_[step.level] + step.node]; }
+    std::size_t bytes() const { return nodes_.size() * sizeof(Node) + order_.size() * 4; }
+
+    /// Calls visit(place) with the place in order() of each box that meets `box`.
+    template <class Visit>
+    void forEachMeeting(const FloatBox& box, Visit&& visit) const {
+        if (empty())
+            return;
+        std::array<Step, mostSteps> steps;
+        std::size_t count = 0;
+        steps[count++] = root();
+        while (count != 0) {
+            const Step step = steps[--count];
+            for (unsigned hits = at(step).meeting(box); hits != 0; hits &= hits - 1) {
+                const auto child = static_cast<std::uint32_t>(step.node * width) +
+                                   static_cast<std::uint32_t>(std::countr_zero(hits));
+                if (step.level == 0)
+                    visit(child);
+                else
+                    steps[count++] = {child, step.level - 1};
+            }
+        }
+    }
+
+private:
+    LargeBuffer<std::uint32_t> order_;
+    LargeBuffer<Node> nodes_;
+    std::vector<std::size_t> levels_; ///< where each level's nodes start
+};
+
+} // namespace ostrella

@@ -1,0 +1,279 @@
+#include "Solver/Surface/Coarsening.h"
+
+#include "Models/Precondition.h"
+#include "Solver/Surface/TriangleShape.h"
+
+#include <glm/common.hpp>
+#include <glm/geometric.hpp>
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <utility>
+
+namespace ostrella {
+
+namespace {
+
+/// How lightly the planes of a vertex are held to where its edge was; directions with less weight
+/// than this count as free.
+constexpr double stiffness = 0.01;
+/// Triangles of at least this quality may come from better ones.
+constexpr double decentQuality = 0.35;
+/// Cosine of the most that a triangle turns in one step.
+constexpr double leastTurnCosine = 0.3;
+/// Below this quality a triangle has no direction worth keeping.
+constexpr double flatQuality = 0.1;
+/// Steps between two looks at the token.
+constexpr std::uint32_t stepsBetweenLooks = 256;
+
+} // namespace
+
+Coarsening::Coarsening(EmbeddedMesh& mesh, const TriangleTree& model, std::vector<DVec3> samples,
+    const CoarseningGoal& goal)
+    : mesh_(mesh),
+      model_(model),
+      goal_(goal),
+      quadrics_(mesh.vertexCount()),
+      samples_(std::move(samples)),
+      firstSample_(mesh.vertexCount(), EmbeddedMesh::none),
+      lastSample_(mesh.vertexCount(), EmbeddedMesh::none),
+      nextSample_(samples_.size(), EmbeddedMesh::none),
+      age_(mesh.vertexCount(), 0) {
+    precondition(samples_.size() == mesh.vertexCount(), "each vertex stands for one sample");
+    for (std::uint32_t vertex = 0; vertex < mesh.vertexCount(); ++vertex) {
+        if (mesh.isVertex(vertex)) {
+            firstSample_[vertex] = vertex;
+            lastSample_[vertex] = vertex;
+        }
+    }
+    for (std::uint32_t t = 0; t < mesh.triangleCount(); ++t) {
+        if (!mesh.isTriangle(t)) {
+            continue;
+        }
+        const Corners corners = mesh.cornersOf(t);
+        const DVec3 normal = glm::cross(corners[1] - corners[0], corners[2] - corners[0]);
+        const double twiceArea = glm::length(normal);
+        if (twiceArea > 0) {
+            for (const std::uint32_t vertex : mesh.triangle(t)) {
+                quadrics_[vertex].addPlane(corners[0], normal / twiceArea, twiceArea);
+            }
+        }
+    }
+}
+
+void Coarsening::offer(std::uint32_t edge) {
+    const std::uint32_t from = mesh_.from(edge);
+    const std::uint32_t to = mesh_.to(edge);
+    const double length = glm::distance(mesh_.position(from), mesh_.position(to));
+    if (length < goal_.leastEdge) {
+        candidates_.push({length, edge, from, to, age_[from] + age_[to]});
+    }
+}
+
+void Coarsening::collapse(const CancellationToken& token) {
+    for (std::uint32_t edge = 0; edge < 3 * mesh_.triangleCount(); ++edge) {
+        if (mesh_.isTriangle(edge / 3) && mesh_.from(edge) < mesh_.to(edge)) {
+            offer(edge);
+        }
+    }
+    std::uint32_t steps = 0;
+    while (!candidates_.empty()) {
+        if (++steps % stepsBetweenLooks == 0) {
+            token.throwIfCancelled();
+        }
+        const Candidate candidate = candidates_.top();
+        candidates_.pop();
+        if (!mesh_.isTriangle(candidate.edge / 3) || mesh_.from(candidate.edge) != candidate.from ||
+            mesh_.to(candidate.edge) != candidate.to ||
+            age_[candidate.from] + age_[candidate.to] != candidate.age) {
+            continue;
+        }
+        if (collapseAt(candidate.edge)) {
+            ++age_[candidate.to];
+            mesh_.visitRing(candidate.to, [this](std::uint32_t edge) { offer(edge); });
+        }
+    }
+}
+
+bool Coarsening::collapseAt(std::uint32_t edge) {
+    if (!mesh_.mayCollapse(edge)) {
+        return false;
+    }
+    const std::uint32_t gone = mesh_.from(edge);
+    const std::uint32_t kept = mesh_.to(edge);
+    const DVec3 start = mesh_.position(gone);
+    const DVec3 end = mesh_.position(kept);
+    const std::array<std::uint32_t, 2> vanishing{edge / 3, mesh_.twin(edge) / 3};
+
+    sides_.clear();
+    double qualityBefore = 1;
+    for (const std::uint32_t vertex : {gone, kept}) {
+        mesh_.visitRing(vertex, [&](std::uint32_t spoke) {
+            const DVec3& a = mesh_.position(mesh_.to(spoke));
+            const DVec3& b = mesh_.position(mesh_.to(EmbeddedMesh::next(spoke)));
+            qualityBefore =
+                std::min(qualityBefore, TriangleShape::quality(mesh_.position(vertex), a, b));
+            if (spoke / 3 != vanishing[0] && spoke / 3 != vanishing[1]) {
+                sides_.push_back({a, b});
+            }
+        });
+    }
+    Quadric sum = quadrics_[gone];
+    sum += quadrics_[kept];
+    const DVec3 middle = (start + end) * 0.5;
+    DVec3 best = sum.leastNear(middle, stiffness);
+    const double length = glm::distance(start, end);
+    if (!(glm::distance(best, middle) < length)) {
+        best = sum.at(start) < sum.at(end) ? start : end;
+    }
+    const DVec3 better = sum.at(start) < sum.at(end) ? start : end;
+    for (const DVec3& place : {best, better, middle}) {
+        if (collapseTo(edge, place, qualityBefore)) {
+            quadrics_[kept] = sum;
+            nextSample_[lastSample_[kept]] = firstSample_[gone];
+            lastSample_[kept] = lastSample_[gone];
+            return true;
+        }
+    }
+    return false;
+}
+
+bool Coarsening::collapseTo(std::uint32_t edge, const DVec3& position, double qualityBefore) {
+    const std::uint32_t gone = mesh_.from(edge);
+    const std::uint32_t kept = mesh_.to(edge);
+    const double leastQuality = std::min(qualityBefore, decentQuality);
+    std::size_t number = 0;
+    for (const std::uint32_t vertex : {gone, kept}) {
+        const DVec3& old = mesh_.position(vertex);
+        bool sound = true;
+        mesh_.visitRing(vertex, [&](std::uint32_t spoke) {
+            if (spoke / 3 == edge / 3 || spoke / 3 == mesh_.twin(edge) / 3 || !sound) {
+                return;
+            }
+            const Side& side = sides_[number++];
+            if (glm::distance(position, side.a) > goal_.mostEdge ||
+                TriangleShape::quality(position, side.a, side.b) < leastQuality) {
+                sound = false;
+                return;
+            }
+            if (TriangleShape::quality(old, side.a, side.b) < flatQuality) {
+                return;
+            }
+            const DVec3 before = glm::cross(side.a - old, side.b - old);
+            const DVec3 after = glm::cross(side.a - position, side.b - position);
+            sound = glm::dot(before, after) >
+                    leastTurnCosine * glm::length(before) * glm::length(after);
+        });
+        if (!sound) {
+            return false;
+        }
+    }
+    return passesSamples(firstSample_[gone], position) &&
+           passesSamples(firstSample_[kept], position) && followsModel(position) &&
+           mesh_.tryCollapse(edge, position);
+}
+
+bool Coarsening::passesSamples(std::uint32_t first, const DVec3& apex) const {
+    const double most = goal_.tolerance * goal_.tolerance;
+    for (std::uint32_t sample = first; sample != EmbeddedMesh::none; sample = nextSample_[sample]) {
+        const bool near = std::ranges::any_of(sides_, [&](const Side& side) {
+            return TriangleShape::squaredDistance(samples_[sample], apex, side.a, side.b) <= most;
+        });
+        if (!near) {
+            return false;
+        }
+    }
+    return true;
+}
+
+bool Coarsening::followsModel(const DVec3& apex) const {
+    const double most = goal_.tolerance + goal_.lift;
+    const auto strays = [&](const DVec3& point) { return !model_.nearest(point, most); };
+    // Short sides cannot stray: their ends are on the model.
+    const double shortSide = 4 * goal_.tolerance;
+    return std::ranges::none_of(sides_, [&](const Side& side) {
+        return glm::distance(side.a, side.b) > shortSide &&
+               (strays((apex + side.a) * 0.5) || strays((apex + side.a + side.b) / 3.0));
+    });
+}
+
+bool Coarsening::isFlipWorthwhile(std::uint32_t edge) const {
+    const std::uint32_t back = mesh_.twin(edge);
+    const DVec3& start = mesh_.position(mesh_.from(edge));
+    const DVec3& end = mesh_.position(mesh_.to(edge));
+    const DVec3& left = mesh_.position(mesh_.to(EmbeddedMesh::next(edge)));
+    const DVec3& right = mesh_.position(mesh_.to(EmbeddedMesh::next(back)));
+    const double before = std::min(
+        TriangleShape::quality(start, end, left), TriangleShape::quality(end, start, right));
+    const double after = std::min(
+        TriangleShape::quality(start, right, left), TriangleShape::quality(end, left, right));
+    if (after <= before + 0.02 || glm::distance(left, right) > goal_.mostEdge) {
+        return false;
+    }
+    const DVec3 first = glm::cross(right - start, left - start);
+    const DVec3 second = glm::cross(left - end, right - end);
+    // The new edge may not bend more than the tolerance lets the old one: the two middles'
+    // distance.
+    const DVec3 shift = (left + right - start - end) * 0.5;
+    const double rise = std::abs(glm::dot(shift, glm::normalize(first + second)));
+    return glm::dot(first, second) > 0 && rise < goal_.tolerance &&
+           model_.nearest((left + right) * 0.5, goal_.tolerance + goal_.lift).has_value();
+}
+
+void Coarsening::flip(const CancellationToken& token) {
+    for (std::uint32_t edge = 0; edge < 3 * mesh_.triangleCount(); ++edge) {
+        if (edge % stepsBetweenLooks == 0) {
+            token.throwIfCancelled();
+        }
+        if (mesh_.isTriangle(edge / 3) && mesh_.from(edge) < mesh_.to(edge) &&
+            isFlipWorthwhile(edge)) {
+            mesh_.tryFlip(edge);
+        }
+    }
+}
+
+void Coarsening::relax(const CancellationToken& token) {
+    for (std::uint32_t vertex = 0; vertex < mesh_.vertexCount(); ++vertex) {
+        if (vertex % stepsBetweenLooks == 0) {
+            token.throwIfCancelled();
+        }
+        if (!mesh_.isVertex(vertex)) {
+            continue;
+        }
+        const DVec3 old = mesh_.position(vertex);
+        DVec3 sum(0);
+        double weight = 0;
+        double qualityBefore = 1;
+        sides_.clear();
+        mesh_.visitRing(vertex, [&](std::uint32_t spoke) {
+            const DVec3& a = mesh_.position(mesh_.to(spoke));
+            const DVec3& b = mesh_.position(mesh_.to(EmbeddedMesh::next(spoke)));
+            sides_.push_back({a, b});
+            qualityBefore = std::min(qualityBefore, TriangleShape::quality(old, a, b));
+            const double area = glm::length(glm::cross(a - old, b - old));
+            sum += (old + a + b) * (area / 3);
+            weight += area;
+        });
+        if (!(weight > 0)) {
+            continue;
+        }
+        // The planes that the vertex stands for hold it; where they are all one it slides.
+        const DVec3 goal = quadrics_[vertex].leastNear(sum / weight, 2 * stiffness);
+        double step = 1;
+        for (int tries = 0; tries < 3; ++tries, step *= 0.5) {
+            const DVec3 place = glm::mix(old, goal, step);
+            const bool even = std::ranges::all_of(sides_, [&](const Side& side) {
+                return TriangleShape::quality(place, side.a, side.b) >=
+                           std::min(qualityBefore, 2 * decentQuality) &&
+                       glm::distance(place, side.a) <= goal_.mostEdge;
+            });
+            if (even && passesSamples(firstSample_[vertex], place) && followsModel(place) &&
+                mesh_.tryMove(vertex, place)) {
+                break;
+            }
+        }
+    }
+}
+
+} // namespace ostrella

@@ -1,0 +1,83 @@
+#pragma once
+
+#include "Models/Cancellation.h"
+#include "Solver/Surface/EmbeddedMesh.h"
+#include "Solver/Surface/Quadric.h"
+#include "Solver/Surface/TriangleTree.h"
+
+#include <cstdint>
+#include <queue>
+#include <vector>
+
+namespace ostrella {
+
+/// What the facets of a coarsened surface shall be like. Lengths in metres.
+struct CoarseningGoal {
+    /// Edges shorter than this are taken together where the shape allows.
+    double leastEdge = 0;
+    /// No edge becomes longer.
+    double mostEdge = 0;
+    /// Neither a sample of the shape nor the surface strays farther from the other than this.
+    double tolerance = 0;
+    /// The surface lies up to this far from the model as it is (half a sheet's thickness).
+    double lift = 0;
+};
+
+/// Makes a fine surface coarse, shortest edges first. Each vertex keeps the planes and the places
+/// that it stands for, so that edges and corners of the shape stay where they are and nothing of it
+/// gets lost.
+class Coarsening {
+public:
+    /// `samples` are the places that the surface has to pass: one for each vertex of the mesh.
+    /// Mesh and model must outlive it.
+    Coarsening(EmbeddedMesh& mesh, const TriangleTree& model, std::vector<DVec3> samples,
+        const CoarseningGoal& goal);
+
+    /// Takes edges together until none is left that may be. Throws CancellationError.
+    void collapse(const CancellationToken& token);
+
+    /// Turns edges over where that makes the worse of two triangles better and keeps the shape.
+    void flip(const CancellationToken& token);
+
+    /// Moves vertices to the middle of their neighbours as far as the shape leaves them free, and
+    /// onto the model.
+    void relax(const CancellationToken& token);
+
+private:
+    struct Candidate {
+        double length;
+        std::uint32_t edge;
+        std::uint32_t from;
+        std::uint32_t to;
+        std::uint32_t age; ///< of both ends together when it was found
+        bool operator<(const Candidate& other) const {
+            return length != other.length ? length > other.length : edge > other.edge;
+        }
+    };
+    /// A triangle around a vertex as it would be.
+    struct Side {
+        DVec3 a;
+        DVec3 b;
+    };
+
+    void offer(std::uint32_t edge);
+    bool collapseAt(std::uint32_t edge);
+    bool collapseTo(std::uint32_t edge, const DVec3& position, double qualityBefore);
+    bool passesSamples(std::uint32_t first, const DVec3& apex) const;
+    bool followsModel(const DVec3& apex) const;
+    bool isFlipWorthwhile(std::uint32_t edge) const;
+
+    EmbeddedMesh& mesh_;
+    const TriangleTree& model_;
+    CoarseningGoal goal_;
+    std::vector<Quadric> quadrics_;
+    std::vector<DVec3> samples_;
+    std::vector<std::uint32_t> firstSample_; ///< of each vertex, a list by nextSample_
+    std::vector<std::uint32_t> lastSample_;
+    std::vector<std::uint32_t> nextSample_;
+    std::vector<std::uint32_t> age_;
+    std::priority_queue<Candidate> candidates_;
+    std::vector<Side> sides_;
+};
+
+} // namespace ostrella

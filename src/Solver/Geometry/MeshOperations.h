@@ -3,6 +3,8 @@
 #include "Models/TriangleMesh.h"
 
 #include <filesystem>
+#include <string>
+#include <string_view>
 
 namespace ostrella {
 
@@ -18,5 +20,9 @@ float projectedArea(const TriangleMesh& mesh, const Vec3& along);
 /// contents in place. Throws std::filesystem::filesystem_error; more than 2³² − 1 facets end the
 /// process.
 void writeBinarySTL(const TriangleMesh& mesh, const std::filesystem::path& path);
+
+/// The bytes that writeBinarySTL() writes, but for the file's head, which begins with `title`: at
+/// most 80 bytes, and not "solid", by which readers know the other form of STL.
+std::string binarySTL(const TriangleMesh& mesh, std::string_view title);
 
 } // namespace ostrella

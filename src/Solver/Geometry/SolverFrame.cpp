@@ -27,6 +27,10 @@ TriangleMesh toSolver(const TriangleMesh& mesh) {
     return {mapped(mesh.positions(), toSolver), mapped(mesh.normals(), toSolver)};
 }
 
+TriangleMesh toApp(const TriangleMesh& mesh) {
+    return {mapped(mesh.positions(), toApp), mapped(mesh.normals(), toApp)};
+}
+
 SurfaceField toApp(const SurfaceField& field) {
     return {mapped(field.positions, toApp), field.scalar, field.scalarName, field.indices,
         field.primitive};

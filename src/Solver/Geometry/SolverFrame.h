@@ -17,6 +17,9 @@ Vec3 toApp(const Vec3& solver);
 /// The same surface in the solver's frame, facets in the same order and orientation.
 TriangleMesh toSolver(const TriangleMesh& mesh);
 
+/// The same surface in the application's frame, facets in the same order and orientation.
+TriangleMesh toApp(const TriangleMesh& mesh);
+
 /// The field in the application's frame: positions turned, box and scalar range computed again, the
 /// rest shared with `field`.
 SurfaceField toApp(const SurfaceField& field);

@@ -110,6 +110,21 @@ TEST(WriteBinarySTL, WritesTheLayoutByteForByte) {
     EXPECT_EQ(test::readFile(folder.path() / "a.stl"), expected);
 }
 
+TEST(BinarySTL, IsTheFileWithATitleInItsHead) {
+    const test::TemporaryDirectory folder;
+    writeBinarySTL(test::tetrahedron(), folder.path() / "a.stl");
+    std::string expected = test::readFile(folder.path() / "a.stl");
+    EXPECT_EQ(binarySTL(test::tetrahedron(), ""), expected);
+    expected.replace(0, 7, "A title");
+    EXPECT_EQ(binarySTL(test::tetrahedron(), "A title"), expected);
+    EXPECT_EQ(binarySTL(test::tetrahedron(), std::string(80, 'x')).size(), expected.size());
+}
+
+TEST(BinarySTLDeathTest, HasNoTitleThatReadersWouldTakeForTheTextForm) {
+    EXPECT_DEATH(static_cast<void>(binarySTL(test::tetrahedron(), "solid body")), "title");
+    EXPECT_DEATH(static_cast<void>(binarySTL(test::tetrahedron(), std::string(81, 'x'))), "title");
+}
+
 TEST(WriteBinarySTL, ReplacesALongerFile) {
     const test::TemporaryDirectory folder;
     const auto path = test::fileIn(folder, "a.stl", std::string(5000, 'x'));

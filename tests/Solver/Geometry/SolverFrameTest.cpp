@@ -24,6 +24,13 @@ TEST(SolverFrame, AMeshTurnsWithItsNormalsAndBox) {
     EXPECT_EQ(turned.boundingMax(), Vec3(7, -3, 8));
 }
 
+TEST(SolverFrame, AMeshComesBackAsItWas) {
+    const TriangleMesh mesh({{1, 2, 3}, {4, 5, 6}, {7, 8, 9}}, {{0, 1, 0}, {0, 0, 1}, {1, 0, 0}});
+    EXPECT_EQ(SolverFrame::toApp(SolverFrame::toSolver(mesh)), mesh);
+    EXPECT_EQ(SolverFrame::toApp(mesh).positions(),
+        SharedArray<Vec3>({{1, 3, -2}, {4, 6, -5}, {7, 9, -8}}));
+}
+
 TEST(SolverFrame, ABodyOnTheGroundStaysAboveIt) {
     EXPECT_EQ(SolverFrame::toSolver(test::unitCube()).boundingMin().z, 0.0F);
 }

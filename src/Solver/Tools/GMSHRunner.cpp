@@ -7,6 +7,7 @@
 #include "Solver/Tools/SurfaceRoad.h"
 #include "Solver/Tools/TextFile.h"
 #include "Solver/Tools/TextTemplate.h"
+#include "Solver/Tools/TimeLimit.h"
 
 #include <fmt/format.h>
 
@@ -45,8 +46,25 @@ void replaceModel(const fs::path& file, const TriangleMesh& mesh) {
     }
 }
 
+/// The box that the far field is measured by: the body's, but for one without a length along the
+/// flow, such as a plate that stands across it. Given a thickness, that would stand out of its own
+/// far field.
+BoundingBox measuredBox(const TriangleMesh& body, const std::optional<TriangleMesh>& prepared) {
+    return prepared && prepared->size().x > 2 * body.size().x ? prepared->boundingBox()
+                                                              : body.boundingBox();
+}
+
+/// What becomes of the facets in the mesher: those of a prepared surface are kept.
+SurfaceRoad roadFor(const TriangleMesh& body, const std::optional<TriangleMesh>& prepared,
+    const GMSHRunner::FarField& field) {
+    if (prepared) {
+        return {SurfaceRoad::Kind::keep, surfaceCensus(prepared->positions().span()).medianEdge};
+    }
+    return surfaceRoad(body.positions().span(), field.lcMin, field.lcMax);
+}
+
 std::string filledTemplate(
-    std::string text, const GMSHRunner::FarField& field, const TriangleMesh& mesh) {
+    std::string text, const GMSHRunner::FarField& field, const SurfaceRoad& road) {
     const auto fill = [&text](std::string_view placeholder, std::string_view value) {
         text = replaceAll(text, placeholder, value);
     };
@@ -62,8 +80,7 @@ std::string filledTemplate(
     number("{{ZMAX}}", field.max.z);
     number("{{LC_MIN}}", field.lcMin);
     number("{{LC_MAX}}", field.lcMax);
-    fill("{{SURFACE_ROAD}}",
-        surfaceRoad(mesh.positions().span(), field.lcMin, field.lcMax).scriptValue());
+    fill("{{SURFACE_ROAD}}", road.scriptValue());
     return text;
 }
 
@@ -79,7 +96,21 @@ void describe(const RunLog& log, const Vec3& size, const GMSHRunner::FarField& f
         wide(field.min.x), wide(field.min.y), wide(field.min.z), wide(field.max.x),
         wide(field.max.y), wide(field.max.z)));
     log.info(fmt::format("Mesh size: lc=[{:.4f}, {:.4f}]", wide(field.lcMin), wide(field.lcMax)));
-    log.info("gmsh · external aero volume mesh");
+}
+
+ManagedProcess::Outcome runMesher(const fs::path& gmsh, const fs::path& in,
+    LineForwarder& forwarder, const TimeLimit& limit, const GMSHRunner::Attempt& attempt,
+    TimerService& timers) {
+    const std::vector<std::string> arguments{
+        std::string(scriptFilename), "-3", "-o", std::string(meshFilename), "-nopopup"};
+    try {
+        return ManagedProcess::run(gmsh, arguments, in, forwarder, limit.token(), timers);
+    } catch (const CancellationError&) {
+        if (limit.isOver()) {
+            throw GMSHError::stoppedAfter(attempt.timeLimit.value());
+        }
+        throw;
+    }
 }
 
 /// What gmsh left, judged by its files first: it exits 0 without a mesh and 1 with a good one.
@@ -135,6 +166,11 @@ GMSHError GMSHError::emptyVolumeMesh() {
         "gmsh produced a mesh with no volume cells; the surface is probably not closed"};
 }
 
+GMSHError GMSHError::stoppedAfter(double seconds) {
+    return {Kind::meshNotProduced,
+        fmt::format("gmsh produced no mesh within {:.0f} s and was stopped", seconds)};
+}
+
 GMSHRunner::GMSHRunner(const RunEnvironment& environment) : environment_(environment) {}
 
 GMSHRunner::FarField GMSHRunner::farField(const Vec3& boundingMin, const Vec3& boundingMax) {
@@ -153,32 +189,52 @@ GMSHRunner::FarField GMSHRunner::farField(const Vec3& boundingMin, const Vec3& b
     return field;
 }
 
-GMSHRunner::Output GMSHRunner::makeMesh(const TriangleMesh& solverMesh, const fs::path& in,
-    const RunLog& log, const CancellationToken& token) {
-    const std::lock_guard oneAtATime(mutex_);
+fs::path GMSHRunner::mesher() const {
     const auto gmsh = BundledTools::locate(BundledTool::gmsh, environment_.bundle);
     if (!gmsh) {
         throw GMSHError::binaryNotFound(*environment_.words);
     }
-    log.info("Using gmsh: " + gmsh->string());
+    return *gmsh;
+}
+
+GMSHRunner::Output GMSHRunner::makeMesh(const TriangleMesh& solverMesh, const fs::path& in,
+    const RunLog& log, const CancellationToken& token) {
+    return makeMesh(solverMesh, in, log, token, {});
+}
+
+GMSHRunner::Output GMSHRunner::makeMesh(const TriangleMesh& solverMesh, const fs::path& in,
+    const RunLog& log, const CancellationToken& token, const Attempt& attempt) {
+    const std::lock_guard oneAtATime(mutex_);
+    const fs::path gmsh = mesher();
+    if (!attempt.isFurther) {
+        log.info("Using gmsh: " + gmsh.string());
+    }
     const auto script = environment_.bundle.resource("stl_external_aero", "geo", "su2/templates");
     if (!script) {
         throw GMSHError::templateNotFound();
     }
     std::string text = readText(*script);
 
-    const FarField field = farField(solverMesh.boundingMin(), solverMesh.boundingMax());
-    replaceModel(in / stlFilename, solverMesh);
-    writeTextAtomically(in / scriptFilename, filledTemplate(std::move(text), field, solverMesh));
-    describe(log, solverMesh.size(), field);
+    const BoundingBox box = measuredBox(solverMesh, attempt.prepared);
+    FarField field = farField(box.min, box.max);
+    const FarField ofBody = farField(solverMesh.boundingMin(), solverMesh.boundingMax());
+    field.lcMin = ofBody.lcMin;
+    field.lcMax = ofBody.lcMax;
+    replaceModel(in / stlFilename, attempt.prepared ? *attempt.prepared : solverMesh);
+    writeTextAtomically(in / scriptFilename,
+        filledTemplate(std::move(text), field, roadFor(solverMesh, attempt.prepared, field)));
+    if (attempt.isFurther) {
+        removeFile(in / meshFilename);
+    } else {
+        describe(log, box.max - box.min, field);
+    }
+    log.info("gmsh · external aero volume mesh");
 
     LineForwarder forwarder(log, LogStore::Level::su2,
         [](const std::string& line) { return line.starts_with("Error"); });
     const Date start = environment_.clock->now();
-    const std::vector<std::string> arguments{
-        std::string(scriptFilename), "-3", "-o", std::string(meshFilename), "-nopopup"};
-    const auto outcome =
-        ManagedProcess::run(*gmsh, arguments, in, forwarder, token, *environment_.timers);
+    const TimeLimit limit(token, attempt.timeLimit, *environment_.timers);
+    const auto outcome = runMesher(gmsh, in, forwarder, limit, attempt, *environment_.timers);
     const double elapsed = secondsBetween(start, environment_.clock->now());
     return judged(outcome, in / meshFilename, elapsed, log);
 }

@@ -28,7 +28,13 @@ public:
     static GMSHError binaryNotFound(const PlatformWords& words);
     static GMSHError templateNotFound();
     static GMSHError emptyVolumeMesh();
+    /// Of the kind `meshNotProduced`, for a mesher that was stopped when its time was over.
+    static GMSHError stoppedAfter(double seconds);
 
+    /// Whether another surface might be meshed where this one was not.
+    bool isOfSurface() const noexcept {
+        return kind_ == Kind::meshNotProduced || kind_ == Kind::emptyVolumeMesh;
+    }
     Kind kind() const noexcept { return kind_; }
     const char* what() const noexcept override { return text_.c_str(); }
 
@@ -65,13 +71,30 @@ public:
         bool operator==(const Output&) const = default;
     };
 
+    /// What sets an attempt apart from the first one with the body as it is.
+    struct Attempt {
+        /// A surface in the place of the body's own, in the same frame of axes; its facets are kept
+        /// as they are. The box and the limits of the mesh size stay the body's.
+        std::optional<TriangleMesh> prepared = std::nullopt;
+        /// Seconds after which the mesher is stopped, which counts as no mesh.
+        std::optional<double> timeLimit = std::nullopt;
+        /// One after another that failed: what that left is removed, and the log is not told of the
+        /// mesher and of the body again.
+        bool isFurther = false;
+    };
+
     /// The environment must outlive the runner.
     explicit GMSHRunner(const RunEnvironment& environment);
+
+    /// Where gmsh is. Throws GMSHError::binaryNotFound.
+    std::filesystem::path mesher() const;
 
     /// Writes "input.stl" and "mesh.geo" into the directory, runs gmsh there and judges what came
     /// out; returns "mesh.su2". For a worker: log lines hop to the main thread, and the calls of
     /// one runner wait for each other. Throws GMSHError, CancellationError, or the error of a file
     /// that could not be read or written.
+    Output makeMesh(const TriangleMesh& solverMesh, const std::filesystem::path& in,
+        const RunLog& log, const CancellationToken& token, const Attempt& attempt);
     Output makeMesh(const TriangleMesh& solverMesh, const std::filesystem::path& in,
         const RunLog& log, const CancellationToken& token);
 

@@ -2,6 +2,7 @@
 
 #include "Models/Clock.h"
 #include "Models/PlatformWords.h"
+#include "Models/SurfacePreparation.h"
 #include "Models/Timers.h"
 #include "Platform/AppBundle.h"
 
@@ -18,6 +19,8 @@ struct RunEnvironment {
     const PlatformWords* words;
     const Clock* clock = &Clock::system();
     TimerService* timers = &TimerService::system();
+    /// What becomes of a model's surface ahead of the mesher.
+    SurfaceChoice surface = SurfaceChoice::automatic;
 };
 
 } // namespace ostrella

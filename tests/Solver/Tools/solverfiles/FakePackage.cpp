@@ -31,15 +31,16 @@ void FakePackage::setTemplate(const std::string& text) const {
     writeFile(templateFile(), text);
 }
 
-GMSHRunner::Output FakePackage::makeMesh(const TriangleMesh& mesh, const CancellationToken& token) {
+GMSHRunner::Output FakePackage::makeMesh(
+    const TriangleMesh& mesh, const CancellationToken& token, const GMSHRunner::Attempt& attempt) {
     GMSHRunner::Output output;
-    onWorker([&] { output = GMSHRunner(environment_).makeMesh(mesh, run_, log_, token); });
+    onWorker([&] { output = GMSHRunner(environment_).makeMesh(mesh, run_, log_, token, attempt); });
     return output;
 }
 
-std::string FakePackage::failure(const TriangleMesh& mesh) {
+std::string FakePackage::failure(const TriangleMesh& mesh, const GMSHRunner::Attempt& attempt) {
     try {
-        makeMesh(mesh);
+        makeMesh(mesh, {}, attempt);
     } catch (const std::exception& error) {
         return error.what();
     }

@@ -39,9 +39,10 @@ public:
     void removeTemplate() const { std::filesystem::remove(templateFile()); }
 
     /// Runs the mesher on a worker.
-    GMSHRunner::Output makeMesh(const TriangleMesh& mesh, const CancellationToken& token = {});
+    GMSHRunner::Output makeMesh(const TriangleMesh& mesh, const CancellationToken& token = {},
+        const GMSHRunner::Attempt& attempt = {});
     /// The text of what makeMesh throws.
-    std::string failure(const TriangleMesh& mesh);
+    std::string failure(const TriangleMesh& mesh, const GMSHRunner::Attempt& attempt = {});
 
     /// The log's lines as "level: text".
     std::vector<std::string> lines() const;

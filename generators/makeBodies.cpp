@@ -1,9 +1,11 @@
-// Writes one body of the test corpus: ostrella-make-bodies NAME OUTPUT.stl; --list names them all.
+// Writes one of the test bodies, nasty ones among them: ostrella-make-bodies NAME OUTPUT.stl;
+// --list names them all.
 #include <cstdio>
 #include <exception>
 #include <string>
 #include <string_view>
 
+#include "NastyBodies.h"
 #include "StlWriter.h"
 #include "TestBodies.h"
 
@@ -13,6 +15,11 @@ int main(int argc, char** argv) {
         for (const TestBody& body : testBodies()) {
             std::printf("%s\t%s\n", body.name.data(), body.about.data());
         }
+        for (const NastyBody& body : nastyBodies()) {
+            if (testBody(body.name) == nullptr) {
+                std::printf("%s\t%s\n", body.name.data(), body.about.data());
+            }
+        }
         return 0;
     }
     if (argc != 3) {
@@ -20,15 +27,17 @@ int main(int argc, char** argv) {
         return 2;
     }
     const TestBody* body = testBody(argv[1]);
-    if (body == nullptr) {
+    const NastyBody* nasty = nastyBody(argv[1]);
+    if (body == nullptr && nasty == nullptr) {
         std::fprintf(stderr, "ostrella-make-bodies: no body is named %s; see --list\n", argv[1]);
         return 2;
     }
     try {
-        if (body->ascii) {
+        if (body != nullptr && body->ascii) {
             writeAsciiStl(body->make(), argv[2], body->name);
         } else {
-            writeBinaryStl(body->make(), argv[2], "Ostrella test body " + std::string(body->name));
+            writeBinaryStl(body != nullptr ? body->make() : nasty->make(), argv[2],
+                "Ostrella test body " + std::string(argv[1]));
         }
     } catch (const std::exception& error) {
         std::fprintf(stderr, "ostrella-make-bodies: %s\n", error.what());

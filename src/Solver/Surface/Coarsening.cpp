@@ -30,17 +30,19 @@ constexpr std::uint32_t stepsBetweenLooks = 256;
 } // namespace
 
 Coarsening::Coarsening(EmbeddedMesh& mesh, const TriangleTree& model, std::vector<DVec3> samples,
-    const CoarseningGoal& goal)
+    std::vector<std::uint8_t> isLifted, const CoarseningGoal& goal)
     : mesh_(mesh),
       model_(model),
       goal_(goal),
       quadrics_(mesh.vertexCount()),
       samples_(std::move(samples)),
+      isLifted_(std::move(isLifted)),
       firstSample_(mesh.vertexCount(), EmbeddedMesh::none),
       lastSample_(mesh.vertexCount(), EmbeddedMesh::none),
       nextSample_(samples_.size(), EmbeddedMesh::none),
       age_(mesh.vertexCount(), 0) {
-    precondition(samples_.size() == mesh.vertexCount(), "each vertex stands for one sample");
+    precondition(samples_.size() == mesh.vertexCount() && isLifted_.size() == samples_.size(),
+        "each vertex stands for one sample");
     for (std::uint32_t vertex = 0; vertex < mesh.vertexCount(); ++vertex) {
         if (mesh.isVertex(vertex)) {
             firstSample_[vertex] = vertex;
@@ -133,6 +135,7 @@ bool Coarsening::collapseAt(std::uint32_t edge) {
             quadrics_[kept] = sum;
             nextSample_[lastSample_[kept]] = firstSample_[gone];
             lastSample_[kept] = lastSample_[gone];
+            isLifted_[kept] = isLifted_[kept] | isLifted_[gone];
             return true;
         }
     }
@@ -170,7 +173,8 @@ bool Coarsening::collapseTo(std::uint32_t edge, const DVec3& position, double qu
         }
     }
     return passesSamples(firstSample_[gone], position) &&
-           passesSamples(firstSample_[kept], position) && followsModel(position) &&
+           passesSamples(firstSample_[kept], position) &&
+           followsModel(position, isLiftedAround(gone) || isLiftedAround(kept)) &&
            mesh_.tryCollapse(edge, position);
 }
 
@@ -187,9 +191,19 @@ bool Coarsening::passesSamples(std::uint32_t first, const DVec3& apex) const {
     return true;
 }
 
-bool Coarsening::followsModel(const DVec3& apex) const {
-    const double most = goal_.tolerance + goal_.lift;
-    const auto strays = [&](const DVec3& point) { return !model_.nearest(point, most); };
+bool Coarsening::isLiftedAround(std::uint32_t vertex) const {
+    bool lifted = isLifted_[vertex] != 0;
+    mesh_.visitRing(
+        vertex, [&](std::uint32_t spoke) { lifted = lifted || isLifted_[mesh_.to(spoke)] != 0; });
+    return lifted;
+}
+
+bool Coarsening::staysNear(const DVec3& point, bool isLifted) const {
+    return model_.nearest(point, goal_.tolerance + (isLifted ? goal_.lift : 0)).has_value();
+}
+
+bool Coarsening::followsModel(const DVec3& apex, bool isLifted) const {
+    const auto strays = [&](const DVec3& point) { return !staysNear(point, isLifted); };
     // Short sides cannot stray: their ends are on the model.
     const double shortSide = 4 * goal_.tolerance;
     return std::ranges::none_of(sides_, [&](const Side& side) {
@@ -218,7 +232,7 @@ bool Coarsening::isFlipWorthwhile(std::uint32_t edge) const {
     const DVec3 shift = (left + right - start - end) * 0.5;
     const double rise = std::abs(glm::dot(shift, glm::normalize(first + second)));
     return glm::dot(first, second) > 0 && rise < goal_.tolerance &&
-           model_.nearest((left + right) * 0.5, goal_.tolerance + goal_.lift).has_value();
+           staysNear((left + right) * 0.5, isLiftedAround(mesh_.from(edge)));
 }
 
 void Coarsening::flip(const CancellationToken& token) {
@@ -268,8 +282,8 @@ void Coarsening::relax(const CancellationToken& token) {
                            std::min(qualityBefore, 2 * decentQuality) &&
                        glm::distance(place, side.a) <= goal_.mostEdge;
             });
-            if (even && passesSamples(firstSample_[vertex], place) && followsModel(place) &&
-                mesh_.tryMove(vertex, place)) {
+            if (even && passesSamples(firstSample_[vertex], place) &&
+                followsModel(place, isLiftedAround(vertex)) && mesh_.tryMove(vertex, place)) {
                 break;
             }
         }

@@ -19,7 +19,7 @@ struct CoarseningGoal {
     double mostEdge = 0;
     /// Neither a sample of the shape nor the surface strays farther from the other than this.
     double tolerance = 0;
-    /// The surface lies up to this far from the model as it is (half a sheet's thickness).
+    /// How far from the model the surface lies off sheets (half of their thickness).
     double lift = 0;
 };
 
@@ -29,9 +29,9 @@ struct CoarseningGoal {
 class Coarsening {
 public:
     /// `samples` are the places that the surface has to pass: one for each vertex of the mesh.
-    /// Mesh and model must outlive it.
+    /// `isLifted` tells, by vertex, which lie off a sheet. Mesh and model must outlive it.
     Coarsening(EmbeddedMesh& mesh, const TriangleTree& model, std::vector<DVec3> samples,
-        const CoarseningGoal& goal);
+        std::vector<std::uint8_t> isLifted, const CoarseningGoal& goal);
 
     /// Takes edges together until none is left that may be. Throws CancellationError.
     void collapse(const CancellationToken& token);
@@ -64,7 +64,10 @@ private:
     bool collapseAt(std::uint32_t edge);
     bool collapseTo(std::uint32_t edge, const DVec3& position, double qualityBefore);
     bool passesSamples(std::uint32_t first, const DVec3& apex) const;
-    bool followsModel(const DVec3& apex) const;
+    /// `isLifted`: a vertex around lies off a sheet.
+    bool followsModel(const DVec3& apex, bool isLifted) const;
+    bool staysNear(const DVec3& point, bool isLifted) const;
+    bool isLiftedAround(std::uint32_t vertex) const;
     bool isFlipWorthwhile(std::uint32_t edge) const;
 
     EmbeddedMesh& mesh_;
@@ -72,6 +75,7 @@ private:
     CoarseningGoal goal_;
     std::vector<Quadric> quadrics_;
     std::vector<DVec3> samples_;
+    std::vector<std::uint8_t> isLifted_;
     std::vector<std::uint32_t> firstSample_; ///< of each vertex, a list by nextSample_
     std::vector<std::uint32_t> lastSample_;
     std::vector<std::uint32_t> nextSample_;

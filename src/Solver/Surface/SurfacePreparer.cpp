@@ -1,0 +1,215 @@
+#include "Solver/Surface/SurfacePreparer.h"
+
+#include "Solver/Geometry/Welding.h"
+#include "Solver/Surface/Coarsening.h"
+#include "Solver/Surface/Deviation.h"
+#include "Solver/Surface/EmbeddedMesh.h"
+#include "Solver/Surface/Openings.h"
+#include "Solver/Surface/TriangleTree.h"
+#include "Solver/Surface/WrapFit.h"
+#include "Solver/Surface/WrapLattice.h"
+
+#include <fmt/format.h>
+#include <glm/common.hpp>
+#include <glm/geometric.hpp>
+
+#include <algorithm>
+#include <cmath>
+#include <cstdint>
+#include <utility>
+#include <vector>
+
+namespace ostrella {
+
+namespace {
+
+/// Facets are at most this part of the body's extent.
+constexpr double mostFacetShare = 0.2;
+/// Cells along the edge of a facet.
+constexpr double cellsPerFacet = 6;
+/// Cells along the body's extent at most.
+constexpr double mostCellsAlong = 220;
+/// Distance of the wrap from the model, in cells.
+constexpr double offsetCells = 1.1;
+/// The rest is in edges of a facet.
+constexpr double widestOpening = 3;
+constexpr double seamWidth = 0.01;
+constexpr double sheetThickness = 0.25;
+constexpr double tolerance = 0.05;
+constexpr double longestEdge = 2;
+constexpr int eveningRounds = 4;
+
+/// The model about its middle, without what has no area of its own.
+struct Soup {
+    DVec3 middle{0};
+    DVec3 half{0};
+    IndexedSurface surface;
+};
+
+Soup soupOf(const TriangleMesh& model) {
+    Soup soup;
+    const DVec3 low(model.boundingMin());
+    const DVec3 high(model.boundingMax());
+    soup.middle = (low + high) * 0.5;
+    soup.half = (high - low) * 0.5;
+    const WeldedMesh shared = welded(model);
+    for (const Vec3& position : shared.positions) {
+        soup.surface.vertices.push_back(DVec3(position) - soup.middle);
+    }
+    struct Facet {
+        Triangle sorted;
+        std::uint32_t number;
+    };
+    std::vector<Facet> facets;
+    for (std::uint32_t i = 0; i + 2 < shared.indices.size(); i += 3) {
+        Triangle corners{shared.indices[i], shared.indices[i + 1], shared.indices[i + 2]};
+        std::ranges::sort(corners);
+        if (corners[0] != corners[1] && corners[1] != corners[2]) {
+            facets.push_back({corners, i / 3});
+        }
+    }
+    std::ranges::sort(
+        facets, {}, [](const Facet& facet) { return std::pair(facet.sorted, facet.number); });
+    const auto rest =
+        std::ranges::unique(facets, {}, [](const Facet& facet) { return facet.sorted; });
+    facets.erase(rest.begin(), rest.end());
+    std::ranges::sort(facets, {}, &Facet::number);
+    for (const Facet& facet : facets) {
+        const std::uint32_t i = 3 * facet.number;
+        soup.surface.triangles.push_back(
+            {shared.indices[i], shared.indices[i + 1], shared.indices[i + 2]});
+    }
+    return soup;
+}
+
+std::vector<DVec3> unitNormals(const IndexedSurface& surface) {
+    std::vector<DVec3> normals;
+    normals.reserve(surface.triangles.size());
+    for (const Triangle& t : surface.triangles) {
+        const DVec3& a = surface.vertices[t[0]];
+        const DVec3 normal = glm::cross(surface.vertices[t[1]] - a, surface.vertices[t[2]] - a);
+        const double length = glm::length(normal);
+        normals.push_back(length > 0 ? normal / length : DVec3(0));
+    }
+    return normals;
+}
+
+TriangleMesh meshOf(const IndexedSurface& surface, const DVec3& middle) {
+    std::vector<Vec3> positions;
+    std::vector<Vec3> normals;
+    positions.reserve(3 * surface.triangles.size());
+    normals.reserve(3 * surface.triangles.size());
+    const std::vector<DVec3> units = unitNormals(surface);
+    for (std::size_t i = 0; i < surface.triangles.size(); ++i) {
+        for (const std::uint32_t corner : surface.triangles[i]) {
+            positions.emplace_back(surface.vertices[corner] + middle);
+            normals.emplace_back(units[i]);
+        }
+    }
+    return {std::move(positions), std::move(normals)};
+}
+
+void measureEdges(const IndexedSurface& surface, SurfacePreparation& facts) {
+    std::vector<double> lengths;
+    for (const Triangle& t : surface.triangles) {
+        for (int i = 0; i < 3; ++i) {
+            lengths.push_back(
+                glm::distance(surface.vertices[t[i]], surface.vertices[t[(i + 1) % 3]]));
+        }
+    }
+    if (lengths.empty()) {
+        return;
+    }
+    const auto middle = lengths.begin() + static_cast<std::ptrdiff_t>(lengths.size() / 2);
+    std::ranges::nth_element(lengths, middle);
+    facts.medianEdge = *middle;
+    facts.shortestEdge = std::ranges::min(lengths);
+    facts.longestEdge = std::ranges::max(lengths);
+}
+
+/// Which shells the wrap has found, and which of them as sheets.
+void countShells(const OpeningLids& lids, const WrapTargets& targets, SurfacePreparation& facts) {
+    std::vector<bool> isSeen(lids.isSheet.size(), false);
+    std::vector<bool> isThickened(lids.isSheet.size(), false);
+    for (std::size_t i = 0; i < targets.nearest.size(); ++i) {
+        if (targets.nearest[i] < lids.shellOf.size()) {
+            const std::uint32_t shell = lids.shellOf[targets.nearest[i]];
+            isSeen[shell] = true;
+            isThickened[shell] = isThickened[shell] || targets.isOnSheet[i] != 0;
+        }
+    }
+    facts.shellsRemoved = std::ranges::count(isSeen, false);
+    facts.sheetsThickened = std::ranges::count(isThickened, true);
+}
+
+} // namespace
+
+PreparationError::PreparationError(std::string text) : text_(std::move(text)) {}
+
+PreparedSurface prepareSurface(
+    const TriangleMesh& model, float facetEdge, const CancellationToken& token) {
+    Soup soup = soupOf(model);
+    const DVec3 size = soup.half * 2.0;
+    const double extent = std::max({size.x, size.y, size.z});
+    const auto hasArea = [](const DVec3& normal) { return normal != DVec3(0); };
+    std::vector<DVec3> normals = unitNormals(soup.surface);
+    if (std::ranges::none_of(normals, hasArea) || !(facetEdge > 0)) {
+        throw PreparationError(fmt::format(
+            "The model has no surface: all of its facets collapse to lines or points, about "
+            "({:.4g}, {:.4g}, {:.4g})",
+            soup.middle.x, soup.middle.y, soup.middle.z));
+    }
+    const double edge = std::min(double{facetEdge}, extent * mostFacetShare);
+    const double spacing = std::max(edge / cellsPerFacet, extent / mostCellsAlong);
+    const double offset = offsetCells * spacing;
+
+    PreparedSurface result;
+    SurfacePreparation& facts = result.facts;
+    const OpeningLids lids =
+        lidsFor(soup.surface, {.widest = widestOpening * edge, .seam = seamWidth * edge}, token);
+    facts.openingsClosed = lids.count;
+    facts.gapWidth = 2 * offset;
+    facts.sheetThickness = sheetThickness * edge;
+    std::vector<bool> isOpen;
+    for (const std::uint32_t shell : lids.shellOf) {
+        isOpen.push_back(lids.isSheet[shell]);
+    }
+    soup.surface.triangles.insert(
+        soup.surface.triangles.end(), lids.triangles.begin(), lids.triangles.end());
+    isOpen.resize(soup.surface.triangles.size(), false);
+    normals = unitNormals(soup.surface);
+    token.throwIfCancelled();
+
+    const TriangleTree tree(soup.surface);
+    const IndexedSurface wrap =
+        wrapped(tree, -soup.half, soup.half, {.spacing = spacing, .offset = offset}, token);
+    const FitModel fit{tree, normals, isOpen, facts.sheetThickness};
+    const WrapTargets targets = fitWrap(wrap, fit, offset, spacing, token);
+    // Parts may come as near as a hundredth of a cell; neighbours fold to 2 degrees.
+    EmbeddedMesh mesh(wrap, 3 * spacing,
+        {.distance = 1e-3 * spacing, .angleCosine = std::cos(2 * 3.14159265358979 / 180)});
+    pullIn(mesh, targets, token);
+
+    countShells(lids, targets, facts);
+
+    Coarsening coarsening(mesh, tree, targets.points, targets.isOnSheet,
+        {.leastEdge = edge,
+            .mostEdge = longestEdge * edge,
+            .tolerance = tolerance * edge,
+            .lift = facts.sheetThickness / 2});
+    coarsening.collapse(token);
+    for (int round = 0; round < eveningRounds; ++round) {
+        coarsening.flip(token);
+        coarsening.relax(token);
+        coarsening.collapse(token);
+    }
+
+    const IndexedSurface surface = mesh.surface();
+    facts.facets = static_cast<std::int64_t>(surface.triangles.size());
+    facts.deviation = greatestDistance(surface, tree, edge / 8, token);
+    measureEdges(surface, facts);
+    result.mesh = meshOf(surface, soup.middle);
+    return result;
+}
+
+} // namespace ostrella

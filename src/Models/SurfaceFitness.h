@@ -44,12 +44,15 @@ struct SurfaceFitness {
     SurfaceDefect selfIntersections;
     /// Pairs of facets that lie on one another in one plane.
     SurfaceDefect overlaps;
-    /// Closed shells whose facets face inward.
+    /// Closed shells whose facets face inward, and that no other one encloses.
     SurfaceDefect insideOutShells;
-    /// Shells that lie inside of another one.
+    /// Shells that lie inside of another one, which they do not cut.
     SurfaceDefect innerShells;
     /// Pairs of shells that cut one another.
     SurfaceDefect cuttingShells;
+    /// The surface is so entangled that the search was ended: self-intersections, overlaps, cutting
+    /// and inner shells are counted in part only.
+    bool isCutShort = false;
 
     /// Largest extent of the bounding box, m.
     float extent = 0;
@@ -68,7 +71,7 @@ struct SurfaceFitness {
                duplicatedFacets.count == 0 && inconsistentEdges.count == 0 &&
                degenerateFacets.count == 0 && selfIntersections.count == 0 &&
                overlaps.count == 0 && insideOutShells.count == 0 && innerShells.count == 0 &&
-               cuttingShells.count == 0;
+               cuttingShells.count == 0 && !isCutShort;
     }
 
     bool operator==(const SurfaceFitness&) const = default;

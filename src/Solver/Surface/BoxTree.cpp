@@ -63,7 +63,8 @@ FloatBox BoxFrame::outward(const DVec3& low, const DVec3& high) const {
     return box;
 }
 
-BoxTree::BoxTree(std::span<const FloatBox> boxes) : order_(curveOrder(boxes)) {
+BoxTree::BoxTree(std::span<const FloatBox> boxes, const CancellationToken& token)
+    : order_(curveOrder(boxes, token)) {
     std::size_t nodes = 0;
     std::size_t onLevel = boxes.size();
     while (onLevel > 1 || nodes == 0) {
@@ -75,6 +76,8 @@ BoxTree::BoxTree(std::span<const FloatBox> boxes) : order_(curveOrder(boxes)) {
     }
     nodes_ = LargeBuffer<Node>(nodes);
     for (std::size_t place = 0; place < boxes.size(); ++place) {
+        if (place % (1 << 16) == 0)
+            token.throwIfCancelled();
         const FloatBox& box = boxes[order_[place]];
         put(nodes_[place / width], place % width, box.low, box.high);
     }

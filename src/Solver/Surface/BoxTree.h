@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Models/Cancellation.h"
 #include "Models/LargeBuffer.h"
 #include "Models/Vector.h"
 #include "Solver/Surface/IndexedSurface.h"
@@ -66,8 +67,8 @@ public:
     static constexpr std::size_t mostSteps = 12 * width;
 
     BoxTree() = default;
-    /// At most 2³¹ boxes.
-    explicit BoxTree(std::span<const FloatBox> boxes);
+    /// At most 2³¹ boxes. Throws CancellationError.
+    explicit BoxTree(std::span<const FloatBox> boxes, const CancellationToken& token = {});
 
     /// The boxes' indices in the tree's order.
     std::span<const std::uint32_t> order() const { return {order_.data(), order_.size()}; }
@@ -92,6 +93,33 @@ public:
                 if (step.level == 0)
                     visit(child);
                 else
+                    steps[count++] = {child, step.level - 1};
+            }
+        }
+    }
+
+    /// Calls visit(leaf) with each node of level 0, from number `first` on, of which a box meets
+    /// `box`; ends when it returns false.
+    template <class Visit>
+    void forEachLeafMeeting(const FloatBox& box, std::uint32_t first, Visit&& visit) const {
+        if (empty())
+            return;
+        std::array<Step, mostSteps> steps;
+        std::size_t count = 0;
+        steps[count++] = root();
+        while (count != 0) {
+            const Step step = steps[--count];
+            if (step.level == 0) {
+                if (!visit(step.node))
+                    return;
+                continue;
+            }
+            for (unsigned hits = at(step).meeting(box); hits != 0; hits &= hits - 1) {
+                const auto child = static_cast<std::uint32_t>(step.node * width) +
+                                   static_cast<std::uint32_t>(std::countr_zero(hits));
+                // The last leaf below the child decides whether any is wanted.
+                const std::uint64_t end = (std::uint64_t{child} + 1) << (3 * (step.level - 1));
+                if (end > first)
                     steps[count++] = {child, step.level - 1};
             }
         }

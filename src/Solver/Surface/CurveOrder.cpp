@@ -82,7 +82,8 @@ void sortByKey(std::uint64_t* values, std::uint64_t* scratch, std::size_t count)
 /// Puts the boxes that `values` name (in their lower bits) in order, and crowded cells in
 /// themselves.
 void order(std::span<const FloatBox> boxes, std::span<std::uint64_t> values,
-    LargeBuffer<std::uint64_t>& scratch, int level) {
+    LargeBuffer<std::uint64_t>& scratch, int level, const CancellationToken& token) {
+    token.throwIfCancelled();
     Vec3 low = middleOf(boxes[values[0] & indexMask]);
     Vec3 high = low;
     for (const std::uint64_t value : values) {
@@ -98,6 +99,8 @@ void order(std::span<const FloatBox> boxes, std::span<std::uint64_t> values,
     const float scale = cells / extent;
     inHalves(values.size(), 50'000, [&](std::size_t first, std::size_t end, int) {
         for (std::size_t i = first; i < end; ++i) {
+            if (i % (1 << 16) == 0)
+                token.throwIfCancelled();
             const std::uint64_t index = values[i] & indexMask;
             const Vec3 place = (middleOf(boxes[index]) - low) * scale;
             std::array<std::uint32_t, 3> cell;
@@ -109,6 +112,7 @@ void order(std::span<const FloatBox> boxes, std::span<std::uint64_t> values,
             values[i] = curveKey(cell) << indexBits | index;
         }
     });
+    token.throwIfCancelled();
     sortByKey(values.data(), scratch.data(), values.size());
     if (level == mostLevels)
         return;
@@ -117,21 +121,22 @@ void order(std::span<const FloatBox> boxes, std::span<std::uint64_t> values,
         while (end < values.size() && values[end] >> indexBits == values[first] >> indexBits)
             ++end;
         if (end - first > mostInCell && end - first < values.size())
-            order(boxes, values.subspan(first, end - first), scratch, level + 1);
+            order(boxes, values.subspan(first, end - first), scratch, level + 1, token);
         first = end;
     }
 }
 
 } // namespace
 
-LargeBuffer<std::uint32_t> curveOrder(std::span<const FloatBox> boxes) {
+LargeBuffer<std::uint32_t> curveOrder(
+    std::span<const FloatBox> boxes, const CancellationToken& token) {
     precondition(boxes.size() <= indexMask, "too many boxes for a tree");
     LargeBuffer<std::uint64_t> values(boxes.size());
     for (std::size_t i = 0; i < values.size(); ++i)
         values[i] = i;
     if (boxes.size() > 1) {
         LargeBuffer<std::uint64_t> scratch(boxes.size());
-        order(boxes, {values.data(), values.size()}, scratch, 1);
+        order(boxes, {values.data(), values.size()}, scratch, 1, token);
     }
     LargeBuffer<std::uint32_t> result(boxes.size());
     for (std::size_t i = 0; i < result.size(); ++i)

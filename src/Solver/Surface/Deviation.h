@@ -10,7 +10,7 @@ namespace ostrella {
 
 /// Bound of the points that greatestDistance() measures at. Where `step` asks for more, it is taken
 /// wider.
-inline constexpr std::int64_t mostDistanceSamples = 4'000'000;
+inline constexpr std::int64_t mostDistanceSamples = 2'000'000;
 
 /// The greatest distance of a point of `from` to the nearest point of `to`, m: measured at all
 /// corners, and at points on each triangle of a grid along its edges that are at most `step` apart

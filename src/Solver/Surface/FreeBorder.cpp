@@ -1,10 +1,11 @@
 #include "Solver/Surface/FreeBorder.h"
 
 #include "Solver/Geometry/EdgeBuckets.h"
+#include "Solver/Surface/BoxTree.h"
 #include "Solver/Surface/DisjointSets.h"
 #include "Solver/Surface/PointClusters.h"
-#include "Solver/Surface/TriangleTree.h"
 
+#include <glm/common.hpp>
 #include <glm/geometric.hpp>
 
 #include <algorithm>
@@ -14,6 +15,11 @@
 namespace ostrella {
 
 namespace {
+
+/// Bounds of the search for vertices on edges, so that a border of which all lies on all ends it.
+constexpr std::size_t looksPerEdge = 32;
+constexpr std::size_t splitsPerEdge = 4;
+constexpr std::size_t leastLooks = 1'000'000;
 
 constexpr std::uint32_t none = std::numeric_limits<std::uint32_t>::max();
 
@@ -115,50 +121,74 @@ private:
 
     /// Makes one vertex of those on the border that are within a seam of each other.
     void joinEnds() {
-        vertices_.reserve(2 * edges_.size());
-        for (const BorderEdge& edge : edges_) {
-            vertices_.push_back(edge.from);
-            vertices_.push_back(edge.to);
+        std::vector<std::uint32_t> leaderOf(surface_.vertices.size(), none);
+        for (const BorderEdge& edge : edges_)
+            leaderOf[edge.from] = leaderOf[edge.to] = 0;
+        std::vector<std::uint32_t> vertices;
+        for (std::uint32_t vertex = 0; vertex < leaderOf.size(); ++vertex) {
+            if (leaderOf[vertex] != none)
+                vertices.push_back(vertex);
         }
-        std::sort(vertices_.begin(), vertices_.end());
-        vertices_.erase(std::unique(vertices_.begin(), vertices_.end()), vertices_.end());
         const std::vector<std::uint32_t> leaders =
-            clusterPoints(surface_.vertices, vertices_, seam_);
+            clusterPoints(surface_.vertices, vertices, seam_);
+        for (std::size_t i = 0; i < vertices.size(); ++i)
+            leaderOf[vertices[i]] = leaders[i];
         for (BorderEdge& edge : edges_) {
-            edge.from = leaders[placeOf(edge.from)];
-            edge.to = leaders[placeOf(edge.to)];
+            edge.from = leaderOf[edge.from];
+            edge.to = leaderOf[edge.to];
         }
-        std::size_t kept = 0;
-        for (std::size_t i = 0; i < vertices_.size(); ++i) {
-            if (leaders[i] == vertices_[i])
-                vertices_[kept++] = vertices_[i];
-        }
-        vertices_.resize(kept);
-    }
-
-    std::size_t placeOf(std::uint32_t vertex) const {
-        return static_cast<std::size_t>(
-            std::lower_bound(vertices_.begin(), vertices_.end(), vertex) - vertices_.begin());
     }
 
     /// Finds the vertices of the border that lie on edges of it between their ends.
     void findSplits(const CancellationToken& token) {
-        IndexedSurface lines;
-        lines.vertices = surface_.vertices;
-        for (const BorderEdge& edge : edges_)
-            lines.triangles.push_back({edge.from, edge.to, edge.to});
-        const TriangleTree tree(lines);
-        for (std::size_t i = 0; i < vertices_.size(); ++i) {
-            if (i % 1024 == 0)
+        const BoxTree tree = edgeTree(token);
+        const std::size_t mostLooks = looksPerEdge * edges_.size() + leastLooks;
+        const std::size_t mostSplits = splitsPerEdge * edges_.size() + leastLooks;
+        std::size_t looks = 0;
+        std::vector<bool> isDone(surface_.vertices.size(), false);
+        std::size_t count = 0;
+        for (const std::uint32_t number : tree.order()) {
+            if (count++ % 1024 == 0)
                 token.throwIfCancelled();
-            const std::uint32_t vertex = vertices_[i];
-            const DVec3& point = surface_.vertices[vertex];
-            tree.visitBox(
-                point - seam_, point + seam_, [&](std::uint32_t edge) { split(edge, vertex); });
+            for (const std::uint32_t vertex : {edges_[number].from, edges_[number].to}) {
+                if (isDone[vertex])
+                    continue;
+                isDone[vertex] = true;
+                const DVec3& point = surface_.vertices[vertex];
+                tree.forEachMeeting(
+                    frame_.outward(point - seam_, point + seam_), [&](std::uint32_t place) {
+                        if (++looks <= mostLooks && splits_.size() <= mostSplits)
+                            split(tree.order()[place], vertex);
+                    });
+                if (looks > mostLooks || splits_.size() > mostSplits) {
+                    splits_.clear();
+                    return;
+                }
+            }
         }
         std::sort(splits_.begin(), splits_.end(), [](const Split& a, const Split& b) {
             return std::tie(a.edge, a.part, a.vertex) < std::tie(b.edge, b.part, b.vertex);
         });
+    }
+
+    BoxTree edgeTree(const CancellationToken& token) {
+        DVec3 low = surface_.vertices[edges_.front().from];
+        DVec3 high = low;
+        for (const BorderEdge& edge : edges_) {
+            const DVec3& from = surface_.vertices[edge.from];
+            const DVec3& to = surface_.vertices[edge.to];
+            low = glm::min(low, glm::min(from, to));
+            high = glm::max(high, glm::max(from, to));
+        }
+        frame_ = BoxFrame::around(low, high);
+        std::vector<FloatBox> boxes;
+        boxes.reserve(edges_.size());
+        for (const BorderEdge& edge : edges_) {
+            const DVec3& from = surface_.vertices[edge.from];
+            const DVec3& to = surface_.vertices[edge.to];
+            boxes.push_back(frame_.outward(glm::min(from, to), glm::max(from, to)));
+        }
+        return BoxTree(boxes, token);
     }
 
     void split(std::uint32_t number, std::uint32_t vertex) {
@@ -265,7 +295,7 @@ private:
     DisjointSets shells_;
     DisjointSets fans_; ///< of corners, and of the places where edges are divided
     std::vector<BorderEdge> edges_;
-    std::vector<std::uint32_t> vertices_; ///< of the border, ascending
+    BoxFrame frame_;
     std::vector<Split> splits_;
     std::vector<BorderPiece> pieces_;
 };

@@ -31,8 +31,8 @@ struct FreeBorder {
 
 /// Finds the edges that have one triangle only. Where two borders run along each other no farther
 /// apart than `seam` they are no border: their vertices that are so near to each other count as one
-/// (the first), and edges are divided where a vertex of another one lies on them. Throws
-/// CancellationError.
+/// (the first), and edges are divided where a vertex of another one lies on them, unless
+/// there are hundreds at each edge. Throws CancellationError.
 FreeBorder freeBorderOf(const IndexedSurface& surface, double seam, const CancellationToken& token);
 
 } // namespace ostrella

@@ -1,13 +1,12 @@
 #include "Solver/Surface/PointClusters.h"
 
-#include <glm/common.hpp>
 #include <glm/geometric.hpp>
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <cmath>
 #include <limits>
-#include <unordered_map>
 #include <utility>
 
 namespace ostrella {
@@ -15,72 +14,103 @@ namespace ostrella {
 namespace {
 
 constexpr std::uint32_t noPoint = std::numeric_limits<std::uint32_t>::max();
+/// Edge of the cells in widths: what is near to a point lies mostly in its own cell.
+constexpr double cellWidths = 4;
 
 using Place = std::array<std::int64_t, 3>;
-
-struct PlaceHash {
-    std::size_t operator()(const Place& place) const {
-        std::uint64_t hash = 0;
-        for (const std::int64_t part : place) {
-            hash = (hash ^ static_cast<std::uint64_t>(part)) * 0x9E3779B97F4A7C15u;
-            hash ^= hash >> 29;
-        }
-        return hash;
-    }
-};
 
 std::int64_t cellOf(double scaled) {
     constexpr double bound = 9e18;
     return static_cast<std::int64_t>(std::clamp(std::floor(scaled), -bound, bound));
 }
 
-} // namespace
+/// The leaders found so far, by the cell that they lie in. Cells share a list now and then, which
+/// only makes it longer.
+class Leaders {
+public:
+    Leaders(const std::vector<DVec3>& points, std::span<const std::uint32_t> chosen, double width)
+        : points_(points),
+          chosen_(chosen),
+          width_(width),
+          scale_(1 / (cellWidths * width)),
+          firsts_(std::bit_ceil(chosen.size() + 1), noPoint),
+          nexts_(chosen.size(), noPoint) {}
 
-std::vector<std::uint32_t> clusterPoints(
-    const std::vector<DVec3>& points, std::span<const std::uint32_t> chosen, double width) {
-    // Cells of twice the width: what is near to a point lies in its cell or in one of the seven on
-    // the sides that the point is nearer to.
-    const double scale = 0.5 / width;
-    std::unordered_map<Place, std::uint32_t, PlaceHash> firstIn;
-    firstIn.reserve(chosen.size());
-    std::vector<std::uint32_t> nextIn(chosen.size(), noPoint);
-
-    std::vector<std::uint32_t> leaders;
-    leaders.reserve(chosen.size());
-    for (std::uint32_t i = 0; i < chosen.size(); ++i) {
-        const DVec3& point = points[chosen[i]];
-        const DVec3 scaled = point * scale;
+    /// The first leader near enough to point i of those chosen; the point itself, which then is
+    /// one, if there is none.
+    std::uint32_t leaderOf(std::uint32_t i) {
+        const DVec3 scaled = points_[chosen_[i]] * scale_;
         Place home;
-        Place side;
+        Place side{};
         for (int axis = 0; axis < 3; ++axis) {
             const auto a = static_cast<std::size_t>(axis);
             home[a] = cellOf(scaled[axis]);
-            side[a] = scaled[axis] - std::floor(scaled[axis]) < 0.5 ? -1 : 1;
+            const double within = scaled[axis] - std::floor(scaled[axis]);
+            // A little more than a width, for the rounding.
+            if (within < 1.01 / cellWidths)
+                side[a] = -1;
+            else if (within > 1 - 1.01 / cellWidths)
+                side[a] = 1;
         }
         std::uint32_t leader = noPoint;
         for (unsigned neighbour = 0; neighbour < 8; ++neighbour) {
             Place place = home;
+            bool isReached = true;
             for (std::size_t axis = 0; axis < 3; ++axis) {
-                if (neighbour >> axis & 1)
+                if (neighbour >> axis & 1) {
                     place[axis] += side[axis];
+                    isReached = isReached && side[axis] != 0;
+                }
             }
-            const auto found = firstIn.find(place);
-            if (found == firstIn.end())
-                continue;
-            for (std::uint32_t other = found->second; other != noPoint; other = nextIn[other]) {
-                if (other < leader && glm::distance(points[chosen[other]], point) <= width)
-                    leader = other;
-            }
+            if (isReached)
+                leader = std::min(leader, firstNear(firsts_[listOf(place)], i));
         }
-        if (leader == noPoint) {
-            leader = i;
-            const auto [place, isNew] = firstIn.try_emplace(home, i);
-            if (!isNew)
-                nextIn[i] = std::exchange(place->second, i);
-        }
-        leaders.push_back(chosen[leader]);
+        if (leader != noPoint)
+            return leader;
+        std::uint32_t& first = firsts_[listOf(home)];
+        nexts_[i] = std::exchange(first, i);
+        return i;
     }
-    return leaders;
+
+private:
+    std::size_t listOf(const Place& place) const {
+        std::uint64_t hash = 0;
+        for (const std::int64_t part : place) {
+            hash = (hash ^ static_cast<std::uint64_t>(part)) * 0x9E3779B97F4A7C15u;
+            hash ^= hash >> 29;
+        }
+        return hash & (firsts_.size() - 1);
+    }
+
+    /// The first one of a list that is near enough to point i.
+    std::uint32_t firstNear(std::uint32_t other, std::uint32_t i) const {
+        std::uint32_t leader = noPoint;
+        for (; other != noPoint; other = nexts_[other]) {
+            if (other < leader &&
+                glm::distance(points_[chosen_[other]], points_[chosen_[i]]) <= width_)
+                leader = other;
+        }
+        return leader;
+    }
+
+    const std::vector<DVec3>& points_;
+    std::span<const std::uint32_t> chosen_;
+    double width_;
+    double scale_;
+    std::vector<std::uint32_t> firsts_;
+    std::vector<std::uint32_t> nexts_;
+};
+
+} // namespace
+
+std::vector<std::uint32_t> clusterPoints(
+    const std::vector<DVec3>& points, std::span<const std::uint32_t> chosen, double width) {
+    Leaders leaders(points, chosen, width);
+    std::vector<std::uint32_t> result;
+    result.reserve(chosen.size());
+    for (std::uint32_t i = 0; i < chosen.size(); ++i)
+        result.push_back(chosen[leaders.leaderOf(i)]);
+    return result;
 }
 
 } // namespace ostrella

@@ -17,8 +17,8 @@ struct WrapSettings {
     double offset = 0;
 };
 
-/// Bound of the lattice, and so of its memory: a byte a cell, besides the wrap itself, of which
-/// 60 bytes a square are at hand while it is made.
+/// Bound of the lattice, and so of its memory: a byte a cell, besides the wrap itself, for which
+/// at most 110 bytes a square are at hand while it is made.
 inline constexpr std::int64_t mostWrapCells = 60'000'000;
 
 /// Cells of the lattice that wrapped() lays around the box from `low` to `high`: it reaches by

@@ -125,6 +125,22 @@ TEST(Seams, DoesNotTakeAFineBorderForASeam) {
     EXPECT_EQ(open.isSheet, std::vector<bool>{true});
 }
 
+TEST(Seams, EndsWhereAllEdgesLieOnAll) {
+    // Needles along one line, each over all others: their sides are a seam each, found or not.
+    std::mt19937 random(8);
+    std::uniform_real_distribution<double> place(-1, 1);
+    IndexedSurface needles;
+    for (std::uint32_t i = 0; i < 15'000; ++i) {
+        for (int corner = 0; corner < 3; ++corner)
+            needles.vertices.emplace_back(
+                place(random), 1e-5 * place(random), 1e-5 * place(random));
+        needles.triangles.push_back({3 * i, 3 * i + 1, 3 * i + 2});
+    }
+    const OpeningLids lids = lidsFor(needles, {.widest = 0.3, .seam = 1e-4});
+    EXPECT_EQ(lids.count, 0);
+    EXPECT_EQ(std::count(lids.isSheet.begin(), lids.isSheet.end(), true), 0);
+}
+
 TEST(PointClusters, LeavesLeadersApart) {
     std::mt19937 random(1);
     std::uniform_real_distribution<double> place(-1, 1);

@@ -77,6 +77,9 @@ int concludeRun(BatchReport report, int status, const std::optional<SimulationRe
             report.results = ResultFigures::of(*result);
         }
     }
+    if (status != ExitStatus::cancelled && !ResultFiles::writeSurface(report, log)) {
+        status = worsened(status);
+    }
     if (picture && status != ExitStatus::cancelled && !report.failure &&
         !picture->make(report, rotation, result, log)) {
         status = worsened(status);

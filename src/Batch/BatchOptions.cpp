@@ -107,7 +107,7 @@ void checkPicture(const BatchOptions& options) {
         throw UsageError("--demo has no model, so --no-run has nothing to draw.");
     }
     for (const std::string_view name :
-        {"export", "write-streamlines", "write-vortex", "keep-run-directory"}) {
+        {"export", "write-surface", "write-streamlines", "write-vortex", "keep-run-directory"}) {
         if (options.isGiven(name)) {
             throw UsageError(
                 fmt::format("--no-run gives no results, so --{} has nothing to keep.", name));
@@ -192,6 +192,16 @@ std::vector<std::string> optionsWithoutEffect(const BatchOptions& options) {
         }
         if (options.vortexFile) {
             note("write-vortex", "the built-in case is two-dimensional and has no vortex surface");
+        }
+    }
+    if (options.demo || options.resultsFolder || options.noRun) {
+        const std::string_view reason = options.demo            ? "the built-in case has no model"
+                                        : options.resultsFolder ? "--results meshes nothing"
+                                                                : "--no-run meshes nothing";
+        for (const std::string_view name : {"surface", "write-surface"}) {
+            if (options.isGiven(name)) {
+                note(name, reason);
+            }
         }
     }
     if (options.noRun && options.isGiven("layers")) {

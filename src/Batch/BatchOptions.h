@@ -2,6 +2,7 @@
 
 #include "Batch/PictureOptions.h"
 #include "Models/SimulationInputs.h"
+#include "Models/SurfacePreparation.h"
 
 #include <filesystem>
 #include <functional>
@@ -33,6 +34,9 @@ struct BatchOptions {
     double rotationY = 0;
     double rotationZ = 0;
 
+    /// What becomes of the model's surface ahead of the mesher.
+    SurfaceChoice surface = SurfaceChoice::automatic;
+
     /// Folder for copies of the result files.
     std::optional<std::filesystem::path> exportFolder;
     /// File for the figures.
@@ -40,6 +44,8 @@ struct BatchOptions {
     /// Files for the streamlines and the vortex surface.
     std::optional<std::filesystem::path> streamlinesFile;
     std::optional<std::filesystem::path> vortexFile;
+    /// File for the surface that the mesher was given.
+    std::optional<std::filesystem::path> surfaceFile;
     /// File for a picture of the viewport, and how it is taken.
     std::optional<std::filesystem::path> imageFile;
     PictureOptions picture;

@@ -1,6 +1,7 @@
 #include "Batch/BatchReport.h"
 
 #include "Batch/ResultsJSON.h"
+#include "Batch/SurfaceJSON.h"
 #include "Platform/AppBundle.h"
 
 namespace ostrella {
@@ -133,6 +134,7 @@ std::string toJSON(const BatchReport& report) {
     json["referenceArea_m2"] = orNull(report.referenceArea);
     json["openEdges"] = orNull(report.openEdges);
     json["surfaceIsOpen"] = report.openEdges ? Json(*report.openEdges > 0) : Json();
+    json["surface"] = surfaceOf(report);
     json["times_s"] = numbersOf(report.times);
     json["results"] = report.results ? resultsOf(*report.results) : Json();
     json["tools"] = toolsOf(report.tools);

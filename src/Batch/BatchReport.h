@@ -2,7 +2,9 @@
 
 #include "Batch/BatchOptions.h"
 #include "Batch/ResultFigures.h"
+#include "Models/MeshedSurface.h"
 #include "Models/RunState.h"
+#include "Models/SurfaceFitness.h"
 #include "Solver/Tools/SU2ConfigReader.h"
 
 #include <cstdint>
@@ -20,6 +22,16 @@ struct ToolFacts {
     std::string mesher;
     std::string solver;
     bool solverIsStandIn = false;
+};
+
+/// What a run found out about its model's surface, and what became of it.
+struct SurfaceFacts {
+    /// Absent where it was not judged.
+    std::optional<SurfaceFitness> fitness;
+    /// Absent where the mesher was given none.
+    std::optional<MeshedSurface> meshed;
+    /// The file with the latter, if it was written.
+    std::optional<std::filesystem::path> file;
 };
 
 /// The picture of a run.
@@ -49,7 +61,9 @@ struct BatchReport {
     /// m².
     std::optional<double> referenceArea;
     std::optional<std::int64_t> openEdges;
-    /// Seconds by stage name, in the order of the run.
+    /// Absent where no model was to be meshed.
+    std::optional<SurfaceFacts> surface;
+    /// Seconds by stage name, in the order of the run; "surface" is a part of "mesh".
     std::vector<std::pair<std::string, double>> times;
     /// Absent where none took part.
     std::optional<ToolFacts> tools;

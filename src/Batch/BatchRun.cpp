@@ -22,13 +22,18 @@ namespace {
 
 constexpr int progressPeriod = 250; // ms
 
+RunEnvironment withChoice(RunEnvironment environment, SurfaceChoice surface) {
+    environment.surface = surface;
+    return environment;
+}
+
 } // namespace
 
 BatchRun::BatchRun(RunEnvironment environment, BatchOptions options, BatchConsole& console)
-    : environment_(environment),
+    : environment_(withChoice(std::move(environment), options.surface)),
       options_(std::move(options)),
       console_(console),
-      app_(std::move(environment), preferences_, SystemFacts::bootFacts(),
+      app_(environment_, preferences_, SystemFacts::bootFacts(),
           [this](const std::string& message, const std::string& text) { refuse(message, text); }) {
     connect(&app_.logStore, &LogStore::linesChanged, this, &BatchRun::printNewLines);
     connect(&app_.simulation, &SimulationController::phaseChanged, this, &BatchRun::showPhaseOfRun);
@@ -221,6 +226,12 @@ void BatchRun::finish(const RunPhase& phase, int status) {
     report.times = RunFigures::stageTimes(phases_);
     if (options_.prepareFolder) {
         report.cells = preparedCells_;
+        if (report.surface) {
+            report.surface = preparedSurface_;
+        }
+    }
+    if (report.surface && report.surface->meshed) {
+        report.times.emplace_back("surface", report.surface->meshed->seconds);
     }
     if (options_.resultsFolder) {
         report.runDirectory = options_.resultsFolder;
@@ -263,6 +274,10 @@ void BatchRun::prepare() {
     const SolverRunner::Events events = [this](const SolverRunner::Event& event) {
         if (const auto* phase = std::get_if<RunPhase>(&event)) {
             enter(*phase);
+        } else if (const auto* fitness = std::get_if<SurfaceFitness>(&event)) {
+            preparedSurface_.fitness = *fitness;
+        } else if (const auto* surface = std::get_if<MeshedSurface>(&event)) {
+            preparedSurface_.meshed = *surface;
         }
     };
     Background::run(

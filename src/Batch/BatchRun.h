@@ -68,6 +68,7 @@ private:
     /// Of what is done without the controller: a preparation, or the harvest of an earlier run.
     CancellationSource ownWork_;
     std::optional<std::int64_t> preparedCells_;
+    SurfaceFacts preparedSurface_;
     std::optional<ConfiguredInputs> earlierInputs_;
     /// Absent where none is wanted.
     std::optional<BatchPicture> picture_;

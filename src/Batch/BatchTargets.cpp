@@ -83,8 +83,9 @@ struct FileTarget {
     std::string_view mark;
 };
 
-std::array<FileTarget, 4> fileTargets(const BatchOptions& options) {
+std::array<FileTarget, 5> fileTargets(const BatchOptions& options) {
     return {{{"json", options.jsonFile, reportBeginning, "report", {}},
+        {"write-surface", options.surfaceFile, surfaceBeginning, "surface", {}},
         {"write-streamlines", options.streamlinesFile, streamlinesBeginning, "streamlines file",
             {}},
         {"write-vortex", options.vortexFile, vortexBeginning, "vortex file", {}},
@@ -146,6 +147,10 @@ std::optional<std::string> filesProblem(const BatchOptions& options) {
         }
         if (auto problem = fileProblem(*target)) {
             return problem;
+        }
+        if (options.model && isSameFile(*options.model, *target->file)) {
+            return fmt::format("--{} names the model itself, {}. Name another file.",
+                target->option, target->file->string());
         }
         for (auto earlier = targets.begin(); earlier != target; ++earlier) {
             if (earlier->file && isSameFile(*earlier->file, *target->file)) {

@@ -21,6 +21,9 @@ inline constexpr std::string_view streamlinesBeginning =
 inline constexpr std::string_view vortexBeginning =
     "ply\nformat ascii 1.0\ncomment surface of Q = ";
 
+/// What the head of a written surface begins with.
+inline constexpr std::string_view surfaceBeginning = "Ostrella surface, metres";
+
 /// What is wrong with --results, --prepare, --export, --image, --json or a --write option, as a
 /// sentence for the user; nothing if all is well.
 std::optional<std::string> problem(const BatchOptions& options);

@@ -60,6 +60,7 @@ void parseRotation(const std::string& word, BatchOptions& options) {
 
 constexpr std::string_view turbulenceChoices = "spalartAllmaras, sst, laminar";
 constexpr std::string_view regimeChoices = "incompressible, compressible";
+constexpr std::string_view surfaceChoices = "auto, as-is, prepared";
 
 /// The option of a parameter of the sidebar or the settings.
 template <class Target>
@@ -89,6 +90,15 @@ std::vector<BatchOption> bodyOptions() {
                 "runs along x). {} each.",
                 OptionNumber::rangeText(ParameterTable::rotationX)),
             [](const std::string& word, BatchOptions& options) { parseRotation(word, options); }},
+        {"surface", "NAME",
+            fmt::format("What becomes of the model's surface ahead of the mesher: {}. prepared "
+                        "makes a closed one of even facets that follows the model; auto, the "
+                        "default, does so where the model is not sound or gives no mesh as it is.",
+                surfaceChoices),
+            [](const std::string& word, BatchOptions& options) {
+                options.surface =
+                    parseChoice("surface", word, surfaceChoiceFromRawValue(word), surfaceChoices);
+            }},
     };
 }
 
@@ -190,6 +200,10 @@ std::vector<BatchOption> outputOptions() {
             [](const std::string& word, BatchOptions& options) { options.exportFolder = word; }},
         {"json", "FILE", "Write the inputs, figures, times and tools of the run to a file.",
             [](const std::string& word, BatchOptions& options) { options.jsonFile = word; }},
+        {"write-surface", "FILE.stl",
+            "Write the surface that the mesher was given, turned as by --rotate, to a binary STL "
+            "file.",
+            [](const std::string& word, BatchOptions& options) { options.surfaceFile = word; }},
         {"write-streamlines", "FILE.vtk",
             "Write the streamlines to a legacy VTK file: lines with the speed in m/s.",
             [](const std::string& word, BatchOptions& options) { options.streamlinesFile = word; }},

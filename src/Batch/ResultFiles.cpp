@@ -5,6 +5,7 @@
 #include "Solver/Flow/FlowFiles.h"
 #include "Solver/Flow/FlowScreen.h"
 #include "Solver/Flow/StreamlineFocus.h"
+#include "Solver/Geometry/MeshOperations.h"
 
 #include <fmt/format.h>
 
@@ -93,6 +94,25 @@ bool write(BatchReport& report, const SimulationResult& result, const RunLog& lo
         }
     }
     return succeeded;
+}
+
+bool writeSurface(BatchReport& report, const RunLog& log) {
+    // Where there is no model to mesh, that is told ahead.
+    if (!report.options.surfaceFile || !report.surface) {
+        return true;
+    }
+    const Target target{"write-surface", "Surface", *report.options.surfaceFile};
+    const auto& meshed = report.surface->meshed;
+    if (!meshed) {
+        log.warn("Surface not written · the mesher was given none");
+        return true;
+    }
+    if (!writeTarget(
+            target, [&] { return binarySTL(meshed->mesh, BatchTargets::surfaceBeginning); }, log)) {
+        return false;
+    }
+    report.surface->file = target.file;
+    return true;
 }
 
 std::string whyNoStreamlines(const SimulationResult& result) {

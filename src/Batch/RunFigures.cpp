@@ -49,6 +49,10 @@ BatchReport collect(const OstrellaApp& app, const BatchOptions& options) {
         report.referenceArea =
             referenceArea(SolverFrame::toSolver(rotated(*mesh, app.parameters.rotationRadians())));
     }
+    if (!options.demo && !options.resultsFolder && !options.noRun) {
+        report.surface = {
+            app.simulation.surfaceFitness(), app.simulation.meshedSurface(), std::nullopt};
+    }
     if (const auto& result = app.parameters.lastRunResult()) {
         report.stopReason = result->stopReason;
         report.runDirectory = result->runDirectory;

@@ -58,6 +58,8 @@ TEST(BatchOptions, AModelAloneRunsWithTheSidebarsDefaults) {
     EXPECT_FALSE(read.vortexFile);
     EXPECT_FALSE(read.imageFile);
     EXPECT_FALSE(read.noRun);
+    EXPECT_EQ(read.surface, SurfaceChoice::automatic);
+    EXPECT_FALSE(read.surfaceFile);
     EXPECT_THAT(read.given, IsEmpty());
 }
 
@@ -145,6 +147,22 @@ TEST(BatchOptions, AChoiceNamesWhatThereIs) {
         "--turbulence wants one of spalartAllmaras, sst, laminar, not \"SST\".");
     EXPECT_EQ(refusal({"--sample", "cube"}),
         "--sample wants one of sphere, rounded_box, simple_wing, not \"cube\".");
+}
+
+TEST(BatchOptions, TheSurfacesRoadAndFileAreTaken) {
+    EXPECT_EQ(options({"a.stl", "--surface", "auto"}).surface, SurfaceChoice::automatic);
+    EXPECT_EQ(options({"a.stl", "--surface", "as-is"}).surface, SurfaceChoice::asIs);
+    EXPECT_EQ(options({"a.stl", "--surface=prepared"}).surface, SurfaceChoice::prepared);
+    EXPECT_EQ(options({"a.stl", "--write-surface", "b.stl"}).surfaceFile, "b.stl");
+    EXPECT_EQ(
+        options({"a.stl", "--write-surface", "b.stl", "--prepare", "case"}).prepareFolder, "case");
+    EXPECT_EQ(refusal({"a.stl", "--surface", "asis"}),
+        "--surface wants one of auto, as-is, prepared, not \"asis\".");
+    EXPECT_EQ(refusal({"a.stl", "--surface"}), "--surface wants a value: --surface NAME.");
+    EXPECT_EQ(refusal({"a.stl", "--write-surface"}),
+        "--write-surface wants a value: --write-surface FILE.stl.");
+    EXPECT_EQ(refusal({"a.stl", "--image", "a.png", "--no-run", "--write-surface", "b.stl"}),
+        "--no-run gives no results, so --write-surface has nothing to keep.");
 }
 
 TEST(BatchOptions, ExactlyOneBodyIsNamed) {
@@ -324,6 +342,20 @@ TEST(BatchOptions, ValuesThatTheRunWillNotLookAtAreTold) {
                     "vortex surface."));
     EXPECT_THAT(optionsWithoutEffect(options({"--sample", "sphere", "--write-vortex", "v.ply",
                     "--write-streamlines", "s.vtk"})),
+        IsEmpty());
+    EXPECT_THAT(
+        optionsWithoutEffect(options({"--demo", "--surface", "auto", "--write-surface", "s.stl"})),
+        ElementsAre("--surface has no effect: the built-in case has no model.",
+            "--write-surface has no effect: the built-in case has no model."));
+    EXPECT_THAT(optionsWithoutEffect(
+                    options({"--results", "run", "--surface", "as-is", "--write-surface", "s"})),
+        ElementsAre("--surface has no effect: --results meshes nothing.",
+            "--write-surface has no effect: --results meshes nothing."));
+    EXPECT_THAT(optionsWithoutEffect(
+                    options({"a.stl", "--image", "a.png", "--no-run", "--surface", "prepared"})),
+        ElementsAre("--surface has no effect: --no-run meshes nothing."));
+    EXPECT_THAT(optionsWithoutEffect(
+                    options({"a.stl", "--surface", "prepared", "--write-surface", "s.stl"})),
         IsEmpty());
     EXPECT_THAT(optionsWithoutEffect(
                     options({"a.stl", "--image", "a.png", "--no-run", "--layers", "cp,grid"})),

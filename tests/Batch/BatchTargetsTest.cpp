@@ -4,6 +4,7 @@
 #include "Batch/UsageError.h"
 #include "Models/FileError.h"
 #include "Solver/Flow/FlowFiles.h"
+#include "Solver/Geometry/MeshOperations.h"
 #include "support/Wait.h"
 
 #include <gmock/gmock.h>
@@ -123,6 +124,32 @@ TEST_F(BatchTargetsTest, AFileOfResultsReplacesAnEarlierOneOfItsKindButNoOther) 
     }
     EXPECT_THAT(problemOfVortex("none/vortex.ply"), Optional(HasSubstr("there is no folder")));
     EXPECT_THAT(problemOfLines("."), Optional(HasSubstr("--write-streamlines wants a file: ")));
+}
+
+TEST_F(BatchTargetsTest, ASurfaceReplacesOnlyAnEarlierOneAndNeverTheModel) {
+    const SharedArray<Vec3> corners{Vec3(0), Vec3(1, 0, 0), Vec3(0, 1, 0)};
+    const TriangleMesh mesh(corners, corners);
+    test::writeFile(place_ / "ours.stl", binarySTL(mesh, BatchTargets::surfaceBeginning));
+    writeBinarySTL(mesh, place_ / "binary.stl");
+    test::writeFile(place_ / "text.stl", "solid mine\nendsolid\n");
+    const auto problemOfSurface = [this](const char* name) {
+        options_.surfaceFile = place_ / name;
+        return BatchTargets::problem(options_);
+    };
+    EXPECT_EQ(problemOfSurface("ours.stl"), std::nullopt);
+    EXPECT_EQ(problemOfSurface("new.stl"), std::nullopt);
+    for (const char* other : {"binary.stl", "text.stl"}) {
+        EXPECT_THAT(problemOfSurface(other),
+            Optional("--write-surface " + (place_ / other).string() +
+                     ": the file is there already and is no surface of an earlier run. Name "
+                     "another file."));
+    }
+    options_.model = place_ / "ours.stl";
+    EXPECT_EQ(problemOfSurface("new.stl"), std::nullopt);
+    EXPECT_THAT(problemOfSurface("ours.stl"),
+        Optional("--write-surface names the model itself, " + (place_ / "ours.stl").string() +
+                 ". Name another file."));
+    EXPECT_THAT(problemOfSurface("../nowhere/ours.stl"), Optional(HasSubstr("there is no folder")));
 }
 
 TEST_F(BatchTargetsTest, APictureReplacesOnlyAnEarlierOne) {

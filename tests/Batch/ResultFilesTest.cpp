@@ -1,6 +1,7 @@
 #include "Batch/ResultFiles.h"
 
 #include "Solver/Flow/FlowFiles.h"
+#include "Solver/Geometry/ModelFile.h"
 #include "support/Wait.h"
 
 #include <gmock/gmock.h>
@@ -133,6 +134,58 @@ TEST_F(ResultFilesTest, AFullDeviceIsTold) {
     EXPECT_FALSE(write(whole()));
     EXPECT_THAT(texts()[1], HasSubstr("No space left on device. Name another file with "
                                       "--write-vortex."));
+}
+
+class SurfaceFileTest : public ResultFilesTest {
+protected:
+    SurfaceFileTest() {
+        report_.options.surfaceFile = place_ / "surface.stl";
+        const SharedArray<Vec3> corners{Vec3(0), Vec3(1, 0, 0), Vec3(0.1F, 1, 0)};
+        const SharedArray<Vec3> normals{Vec3(0, 0, 1), Vec3(0, 0, 1), Vec3(0, 0, 1)};
+        surface_ = {TriangleMesh(corners, normals), std::nullopt, 0};
+    }
+    bool writeSurface() { return ResultFiles::writeSurface(report_, RunLog(log_)); }
+
+    MeshedSurface surface_;
+};
+
+TEST_F(SurfaceFileTest, HoldsWhatTheMesherWasGiven) {
+    report_.surface = SurfaceFacts{std::nullopt, surface_, std::nullopt};
+    EXPECT_TRUE(writeSurface());
+    EXPECT_EQ(loadModelFile(place_ / "surface.stl"), surface_.mesh);
+    EXPECT_TRUE(test::readFile(place_ / "surface.stl").starts_with("Ostrella surface, metres"));
+    EXPECT_EQ(report_.surface->file, place_ / "surface.stl");
+    EXPECT_THAT(texts(), ElementsAre("Surface written to " + (place_ / "surface.stl").string()));
+}
+
+TEST_F(SurfaceFileTest, IsNotWrittenUnasked) {
+    report_.options.surfaceFile.reset();
+    report_.surface = SurfaceFacts{std::nullopt, surface_, std::nullopt};
+    EXPECT_TRUE(writeSurface());
+    EXPECT_TRUE(fs::is_empty(place_));
+    EXPECT_THAT(texts(), IsEmpty());
+}
+
+TEST_F(SurfaceFileTest, CostsALineIfTheMesherWasGivenNone) {
+    report_.surface = SurfaceFacts();
+    EXPECT_TRUE(writeSurface());
+    EXPECT_THAT(texts(), ElementsAre("Surface not written · the mesher was given none"));
+    EXPECT_EQ(log_.lines()[0].level, LogStore::Level::warn);
+}
+
+TEST_F(SurfaceFileTest, SaysNothingWhereThereIsNoModelToMesh) {
+    EXPECT_TRUE(writeSurface());
+    EXPECT_THAT(texts(), IsEmpty());
+}
+
+TEST_F(SurfaceFileTest, ThatCannotBeWrittenIsToldWithItsOption) {
+    report_.surface = SurfaceFacts{std::nullopt, surface_, std::nullopt};
+    report_.options.surfaceFile = place_ / "gone" / "surface.stl";
+    EXPECT_FALSE(writeSurface());
+    EXPECT_THAT(texts(),
+        ElementsAre("Surface not written · Cannot write " + (place_ / "gone/surface.stl").string() +
+                    ": No such file or directory. Name another file with --write-surface."));
+    EXPECT_FALSE(report_.surface->file);
 }
 
 } // namespace

@@ -1,5 +1,6 @@
 // The part of a run around the user's model that ends with a complete case in the run directory.
 
+#include "Solver/Geometry/MeshOperations.h"
 #include "Solver/Geometry/ModelScreen.h"
 #include "Solver/Geometry/SolverFrame.h"
 #include "Solver/Geometry/Welding.h"
@@ -8,13 +9,15 @@
 #include "Solver/Run/SolverLaunch.h"
 #include "Solver/Run/SolverRunner.h"
 #include "Solver/Run/StageExit.h"
-#include "Solver/Tools/GMSHRunner.h"
+#include "Solver/Run/SurfaceMeshing.h"
+#include "Solver/Run/SurfaceTexts.h"
 #include "Solver/Tools/SU2ConfigTemplate.h"
 #include "Solver/Tools/TextFile.h"
 #include "Solver/Tools/TextTemplate.h"
 
 #include <fmt/format.h>
 
+#include <optional>
 #include <string>
 
 namespace ostrella {
@@ -31,6 +34,23 @@ std::string renderConfiguration(const std::string& configTemplate, const Simulat
             : SU2ConfigTemplate::renderIncompressible(
                   configTemplate, inputs, meshFilename, dimensions);
     return replaceAll(text, "{{REF_AREA}}", fmt::format("{:.6f}", area));
+}
+
+/// How far the reference area is to be trusted, where that is in doubt.
+void tellTrust(const MeshedModel& meshed, const TriangleMesh& body, const RunLog& log) {
+    if (!meshed.fitness) {
+        return;
+    }
+    const Vec3 up(0, 0, 1);
+    SurfaceTexts::Planform planform;
+    planform.up = projectedArea(body, up);
+    planform.down = projectedArea(body, -up);
+    if (meshed.prepared) {
+        planform.prepared = projectedArea(meshed.prepared->mesh, up);
+    }
+    if (auto line = SurfaceTexts::planformTrust(*meshed.fitness, planform)) {
+        log.append(std::move(line->first), line->second);
+    }
 }
 
 } // namespace
@@ -58,14 +78,17 @@ SolverRunner::PreparedCase SolverRunner::prepareSTL(const STLContext& stl,
     const double area = referenceArea(body);
     log.info("Geometry turned into the solver frame (app Y up → SU2 Z up)");
 
-    const GMSHRunner::Output mesh = atStage(RunStage::mesh, [&] {
+    const MeshedModel meshed = atStage(RunStage::mesh, [&] {
         // A turn can carry a far-off body that was fit for use as loaded beyond what can be welded.
         screenModel(body);
-        return GMSHRunner(environment_).makeMesh(body, prepared.directory, log, token_);
+        return SurfaceMeshing(
+            {environment_, prepared.directory, log, events, token_}, stl.mesh, body)
+            .run();
     });
-    if (const auto openEdges = openEdgeCount(body); openEdges > 0) {
+    if (const auto openEdges = openEdgeCount(body); openEdges > 0 && !meshed.prepared) {
         log.warn(GMSHRunner::openSurfaceLine(static_cast<std::int64_t>(openEdges)));
     }
+    const GMSHRunner::Output& mesh = meshed.mesh;
     if (mesh.header) {
         prepared.meshCells = mesh.header->elements;
         sendEvent(events, MeshCells{mesh.header->elements});
@@ -76,6 +99,7 @@ SolverRunner::PreparedCase SolverRunner::prepareSTL(const STLContext& stl,
     const std::string configuration =
         renderConfiguration(configTemplate, inputs, mesh.meshURL.filename().string(), area);
     log.info(fmt::format("Reference area (planform, top view): {:.4f} m²", area));
+    tellTrust(meshed, body, log);
     atStage(
         RunStage::solver, [&] { writeConfiguration(prepared.directory, configuration, inputs); });
     log.info(fmt::format("V={:.2f} m/s, α={:.2f}°, β={:.2f}°, ρ={:.3f} kg/m³, ITER={}",

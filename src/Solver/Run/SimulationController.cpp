@@ -97,6 +97,8 @@ void SimulationController::launch(std::optional<SolverRunner::STLContext> stl) {
     setMaxIterations(inputs.maxIterations);
     setSummary(std::nullopt);
     setMeshCells(std::nullopt);
+    setSurfaceFitness(std::nullopt);
+    setMeshedSurface(std::nullopt);
     setIsCancelling(false);
     cancelRequestedAt_.reset();
     const Date started = environment_.clock->now();
@@ -165,6 +167,10 @@ void SimulationController::apply(const SolverRunner::Event& event, std::int64_t 
         setMeshCells(cells->count);
     } else if (const auto* directory = std::get_if<SolverRunner::RunDirectory>(&event)) {
         activeRunDirectory_ = directory->url;
+    } else if (const auto* fitness = std::get_if<SurfaceFitness>(&event)) {
+        setSurfaceFitness(*fitness);
+    } else if (const auto* surface = std::get_if<MeshedSurface>(&event)) {
+        setMeshedSurface(*surface);
     }
 }
 
@@ -292,6 +298,8 @@ void SimulationController::clearOutcomeForNewGeometry() {
     }
     setPhase(RunPhase::idle());
     setSummary(std::nullopt);
+    setSurfaceFitness(std::nullopt);
+    setMeshedSurface(std::nullopt);
     if (!discardedRunDirectory_) {
         return;
     }
@@ -321,6 +329,16 @@ void SimulationController::setSummary(std::optional<RunSummary> summary) {
 void SimulationController::setMeshCells(std::optional<std::int64_t> cells) {
     meshCells_ = cells;
     Q_EMIT meshCellsChanged();
+}
+
+void SimulationController::setSurfaceFitness(std::optional<SurfaceFitness> fitness) {
+    surfaceFitness_ = std::move(fitness);
+    Q_EMIT surfaceFitnessChanged();
+}
+
+void SimulationController::setMeshedSurface(std::optional<MeshedSurface> surface) {
+    meshedSurface_ = std::move(surface);
+    Q_EMIT meshedSurfaceChanged();
 }
 
 void SimulationController::setMaxIterations(int iterations) {

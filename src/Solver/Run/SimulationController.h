@@ -3,8 +3,10 @@
 #include "Models/Cancellation.h"
 #include "Models/Clock.h"
 #include "Models/LogStore.h"
+#include "Models/MeshedSurface.h"
 #include "Models/NotificationCenter.h"
 #include "Models/RunState.h"
+#include "Models/SurfaceFitness.h"
 #include "Solver/Run/SolverRunner.h"
 #include "Solver/Tools/RunEnvironment.h"
 
@@ -50,6 +52,11 @@ public:
     const std::optional<RunSummary>& summary() const { return summary_; }
     /// Volume elements of the present run.
     std::optional<std::int64_t> meshCells() const { return meshCells_; }
+    /// How fit for meshing the model of the last started run was, in the application's frame of
+    /// axes and turned as it was then; absent until it is known, and with another model.
+    const std::optional<SurfaceFitness>& surfaceFitness() const { return surfaceFitness_; }
+    /// The surface that the mesher was given by the last started run; absent as the former is.
+    const std::optional<MeshedSurface>& meshedSurface() const { return meshedSurface_; }
     /// Limit of the last started run.
     int maxIterations() const { return maxIterations_; }
     /// The user asked for a stop, and the run has not ended.
@@ -89,6 +96,8 @@ Q_SIGNALS:
     void startedAtChanged();
     void summaryChanged();
     void meshCellsChanged();
+    void surfaceFitnessChanged();
+    void meshedSurfaceChanged();
     void maxIterationsChanged();
     void isCancellingChanged();
 
@@ -109,6 +118,8 @@ private:
     void setStartedAt(Date date);
     void setSummary(std::optional<RunSummary> summary);
     void setMeshCells(std::optional<std::int64_t> cells);
+    void setSurfaceFitness(std::optional<SurfaceFitness> fitness);
+    void setMeshedSurface(std::optional<MeshedSurface> surface);
     void setMaxIterations(int iterations);
     void setIsCancelling(bool cancelling);
 
@@ -119,6 +130,8 @@ private:
     std::optional<Date> startedAt_;
     std::optional<RunSummary> summary_;
     std::optional<std::int64_t> meshCells_;
+    std::optional<SurfaceFitness> surfaceFitness_;
+    std::optional<MeshedSurface> meshedSurface_;
     int maxIterations_ = SimulationInputs().maxIterations;
     bool isCancelling_ = false;
 

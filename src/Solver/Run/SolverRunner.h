@@ -1,8 +1,10 @@
 #pragma once
 
 #include "Models/Cancellation.h"
+#include "Models/MeshedSurface.h"
 #include "Models/RunState.h"
 #include "Models/SimulationInputs.h"
+#include "Models/SurfaceFitness.h"
 #include "Models/TriangleMesh.h"
 #include "Solver/Tools/RunEnvironment.h"
 #include "Solver/Tools/RunLog.h"
@@ -37,8 +39,10 @@ public:
         std::filesystem::path url;
         bool operator==(const RunDirectory&) const = default;
     };
-    /// What the driver reports while it works, in this order of first appearance.
-    using Event = std::variant<RunPhase, MeshCells, RunDirectory>;
+    /// What the driver reports while it works. The fitness is that of the model as it was turned,
+    /// its places in the application's frame of axes; of surfaces that are given to the mesher one
+    /// after the other each is reported.
+    using Event = std::variant<RunPhase, MeshCells, RunDirectory, SurfaceFitness, MeshedSurface>;
     /// Called on the main thread; may be empty.
     using Events = std::function<void(const Event&)>;
 

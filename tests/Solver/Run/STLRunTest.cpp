@@ -1,8 +1,8 @@
 // The run around a model, from the first line of its log to the last.
 
 #include "RunFixture.h"
-
-#include <algorithm>
+#include "Solver/Geometry/SolverFrame.h"
+#include "Solver/Surface/SurfaceJudge.h"
 
 namespace ostrella::test {
 namespace {
@@ -52,6 +52,8 @@ TEST_F(STLRun, logsEachStepInOrder) {
             TextLine("Working dir: " + runDirectory().string(), Level::info),
             TextLine("Regime: Incompressible (M < 0.3)", Level::info),
             TextLine("Geometry turned into the solver frame (app Y up → SU2 Z up)", Level::info),
+            TextLine(
+                "Surface judged · 12 facets · 1 shell · closed · fit for meshing", Level::info),
             TextLine("Using gmsh: " + mesher, Level::info),
             TextLine("Body extent (solver frame, Z up): 1.00 × 1.00 × 1.00 m", Level::info),
             TextLine("Far-field pads: −5.00 / +15.00 (X), ±4.00 (Y/Z) · 5.0 c upstream, 15.0 c "
@@ -91,26 +93,14 @@ TEST_F(STLRun, warnsOfTheStandInAfterTheSolversPath) {
     EXPECT_THAT(lines()[2].first, StartsWith("Working dir: "));
 }
 
-TEST_F(STLRun, warnsOfAnOpenSurfaceAfterTheMesh) {
-    app_->parameters.setMesh(cube(1));
-    runToEnd();
-    const auto all = lines();
-    const auto built = std::find(
-        all.begin(), all.end(), TextLine("Mesh built · 1 234 cells · 3D · 0.0 s", Level::ok));
-    ASSERT_NE(built, all.end());
-    EXPECT_EQ(built[1],
-        TextLine("Open surface · 3 open edges · the inside may be meshed too, so the figures are "
-                 "not to be trusted. Close the surface and run again.",
-            Level::warn));
-    EXPECT_THAT(built[2].first, StartsWith("Reference area"));
-}
-
 TEST_F(STLRun, reportsItsEventsInOrder) {
     const SimulationResult result = drive(record());
-    EXPECT_EQ(
-        events_, (std::vector<SolverRunner::Event>{RunPhase::meshing(),
-                     SolverRunner::RunDirectory{result.runDirectory}, SolverRunner::MeshCells{1234},
-                     RunPhase::solving(), RunPhase::postProcessing()}));
+    // The same in both frames of axes: without defects it has no places.
+    const SurfaceFitness fitness = judgeSurface(SolverFrame::toSolver(cube()));
+    EXPECT_EQ(events_, (std::vector<SolverRunner::Event>{RunPhase::meshing(),
+                           SolverRunner::RunDirectory{result.runDirectory}, fitness,
+                           MeshedSurface{cube(), std::nullopt, 0}, SolverRunner::MeshCells{1234},
+                           RunPhase::solving(), RunPhase::postProcessing()}));
 }
 
 TEST_F(STLRun, givesTheSameResultWithoutAnyoneListening) {
@@ -124,7 +114,7 @@ TEST_F(STLRun, goesOnWithAMeshWhoseHeadCannotBeRead) {
     package_.setMesher("echo rubbish > mesh.su2\n");
     const SimulationResult result = drive(record());
     EXPECT_FALSE(result.meshCells);
-    EXPECT_EQ(events_.size(), 4U);
+    EXPECT_EQ(events_.size(), 6U);
     EXPECT_THAT(texts(), Contains("Mesh built · 0.0 MB · 0.0 s"));
 }
 

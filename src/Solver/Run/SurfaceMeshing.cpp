@@ -1,0 +1,177 @@
+#include "Solver/Run/SurfaceMeshing.h"
+
+#include "Models/SurfaceDefects.h"
+#include "Solver/Geometry/SolverFrame.h"
+#include "Solver/Run/HarvestTexts.h"
+#include "Solver/Run/SolverLaunch.h"
+#include "Solver/Run/SurfaceTexts.h"
+#include "Solver/Surface/SurfaceJudge.h"
+#include "Solver/Tools/TimeLimit.h"
+
+#include <algorithm>
+#include <exception>
+#include <utility>
+
+namespace ostrella {
+
+namespace {
+
+SurfaceFitness inAppFrame(SurfaceFitness fitness) {
+    for (const SurfaceDefectKind& kind : surfaceDefectKinds) {
+        for (Vec3& place : (fitness.*kind.defect).places) {
+            place = SolverFrame::toApp(place);
+        }
+    }
+    return fitness;
+}
+
+/// What becomes of the body's own facets; of more than could be judged no census is taken.
+SurfaceRoad roadOf(const TriangleMesh& body, const std::optional<SurfaceFitness>& fitness,
+    const GMSHRunner::FarField& field) {
+    return fitness ? surfaceRoad(body.positions().span(), field.lcMin, field.lcMax) : SurfaceRoad();
+}
+
+} // namespace
+
+float preparedFacetEdge(const std::optional<SurfaceFitness>& fitness, const SurfaceRoad& road,
+    const GMSHRunner::FarField& field) {
+    // A body under a millimetre has lcMin above its extent, which is lcMax; a point has no extent.
+    const float wanted = field.lcMax > 0 ? std::min(field.lcMin, field.lcMax) : field.lcMin;
+    const bool even =
+        fitness && fitness->slivers.count == 0 && fitness->degenerateFacets.count == 0;
+    if (road.kind != SurfaceRoad::Kind::keep || !even) {
+        return wanted;
+    }
+    return std::clamp(road.typicalEdge, wanted / 4, wanted);
+}
+
+SurfaceMeshing::SurfaceMeshing(const Setting& setting, TriangleMesh model, TriangleMesh body)
+    : setting_(setting),
+      model_(std::move(model)),
+      body_(std::move(body)),
+      mesher_(setting.environment) {}
+
+MeshedModel SurfaceMeshing::run() {
+    // Told ahead of all work that would be for nothing.
+    static_cast<void>(mesher_.mesher());
+    judge();
+    const GMSHRunner::Output mesh = meshByChoice();
+    return {mesh, std::move(fitness_), std::move(prepared_)};
+}
+
+void SurfaceMeshing::judge() {
+    const Date start = setting_.environment.clock->now();
+    const bool decides = setting_.environment.surface == SurfaceChoice::automatic;
+    const double seconds = decides ? longestJudging : longestJudgingAside;
+    const TimeLimit limit(setting_.token, seconds, *setting_.environment.timers);
+    std::string reason;
+    try {
+        fitness_ = judgeSurface(body_, limit.token());
+    } catch (const CancellationError&) {
+        if (!limit.isOver()) {
+            throw;
+        }
+        reason = SurfaceTexts::notJudgedWithin(seconds);
+    } catch (const std::exception&) {
+        // No run fails for what is told about it beside.
+        reason = SurfaceTexts::notJudged(
+            HarvestTexts::reason(std::current_exception(), "judging the surface"));
+    }
+    seconds_ += secondsBetween(start, setting_.environment.clock->now());
+    if (!fitness_) {
+        setting_.log.warn(reason);
+        return;
+    }
+    setting_.log.append(
+        fitnessLine(*fitness_), fitness_->isFit() ? LogStore::Level::info : LogStore::Level::warn);
+    sendEvent(setting_.events, inAppFrame(*fitness_));
+}
+
+GMSHRunner::Output SurfaceMeshing::meshByChoice() {
+    switch (setting_.environment.surface) {
+    case SurfaceChoice::asIs:
+        return meshAsItIs(std::nullopt);
+    case SurfaceChoice::prepared:
+        prepare();
+        return meshPrepared(false);
+    case SurfaceChoice::automatic:
+        break;
+    }
+    return meshAutomatically();
+}
+
+GMSHRunner::Output SurfaceMeshing::meshAutomatically() {
+    std::exception_ptr firstFailure;
+    if (fitness_ && fitness_->isFit()) {
+        try {
+            return meshAsItIs(longestAttempt);
+        } catch (const GMSHError& error) {
+            if (!error.isOfSurface()) {
+                throw;
+            }
+            setting_.log.warn(SurfaceTexts::noMeshAsItIs(error.what()));
+            firstFailure = std::current_exception();
+        }
+    }
+    if (!tryToPrepare()) {
+        if (!firstFailure) {
+            return meshAsItIs(longestAttempt);
+        }
+        std::rethrow_exception(firstFailure);
+    }
+    try {
+        return meshPrepared(firstFailure != nullptr);
+    } catch (const GMSHError& error) {
+        if (!firstFailure || !error.isOfSurface()) {
+            throw;
+        }
+        setting_.log.warn(SurfaceTexts::noMeshPrepared(error.what()));
+    }
+    std::rethrow_exception(firstFailure);
+}
+
+GMSHRunner::Output SurfaceMeshing::meshAsItIs(std::optional<double> timeLimit) {
+    report(model_, std::nullopt);
+    return mesher_.makeMesh(
+        body_, setting_.directory, setting_.log, setting_.token, {.timeLimit = timeLimit});
+}
+
+GMSHRunner::Output SurfaceMeshing::meshPrepared(bool isFurther) {
+    report(SolverFrame::toApp(prepared_->mesh), prepared_->facts);
+    return mesher_.makeMesh(body_, setting_.directory, setting_.log, setting_.token,
+        {.prepared = prepared_->mesh, .isFurther = isFurther});
+}
+
+void SurfaceMeshing::prepare() {
+    const Date start = setting_.environment.clock->now();
+    const auto field = GMSHRunner::farField(body_.boundingMin(), body_.boundingMax());
+    const float edge = preparedFacetEdge(fitness_, roadOf(body_, fitness_, field), field);
+    try {
+        prepared_ = prepareSurface(body_, edge, setting_.token);
+    } catch (const CancellationError&) {
+        throw;
+    } catch (const std::exception&) {
+        throw PreparationError(
+            HarvestTexts::reason(std::current_exception(), "preparing the surface"));
+    }
+    seconds_ += secondsBetween(start, setting_.environment.clock->now());
+    auto [text, level] = SurfaceTexts::prepared(prepared_->facts);
+    setting_.log.append(std::move(text), level);
+}
+
+bool SurfaceMeshing::tryToPrepare() {
+    try {
+        prepare();
+        return true;
+    } catch (const PreparationError& error) {
+        setting_.log.warn(SurfaceTexts::notPrepared(error.what()));
+        return false;
+    }
+}
+
+void SurfaceMeshing::report(
+    const TriangleMesh& surface, std::optional<SurfacePreparation> preparation) const {
+    sendEvent(setting_.events, MeshedSurface{surface, preparation, seconds_});
+}
+
+} // namespace ostrella

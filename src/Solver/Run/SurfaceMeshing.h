@@ -1,0 +1,85 @@
+#pragma once
+
+#include "Models/Cancellation.h"
+#include "Models/SurfaceFitness.h"
+#include "Models/TriangleMesh.h"
+#include "Solver/Run/SolverRunner.h"
+#include "Solver/Surface/SurfacePreparer.h"
+#include "Solver/Tools/GMSHRunner.h"
+#include "Solver/Tools/RunEnvironment.h"
+#include "Solver/Tools/RunLog.h"
+#include "Solver/Tools/SurfaceRoad.h"
+
+#include <filesystem>
+#include <optional>
+
+namespace ostrella {
+
+/// What came of meshing the air around a model. Surfaces and places in the solver's frame of axes.
+struct MeshedModel {
+    GMSHRunner::Output mesh;
+    /// Absent where the surface could not be judged.
+    std::optional<SurfaceFitness> fitness;
+    /// Absent where the model was meshed as it is.
+    std::optional<PreparedSurface> prepared;
+};
+
+/// The way from a model to the mesh around it: its surface is judged, meshed as it is where it is
+/// fit for that, and prepared where it is not or where the mesher fails on it; all as far as the
+/// environment's choice allows. For a worker, and for one model.
+class SurfaceMeshing {
+public:
+    /// Seconds that judging may take: what takes longer is prepared if the choice is automatic. The
+    /// other choices do not depend on it, so the mesher waits less for it.
+    static constexpr double longestJudging = 10;
+    static constexpr double longestJudgingAside = 3;
+    /// Seconds that the mesher has for a surface as it is if the choice is automatic. With this,
+    /// the judging of a large model, the mesher's end by force, the preparation and the mesh of
+    /// what came of it stay within a minute on two cores.
+    static constexpr double longestAttempt = 25;
+
+    /// Where a run takes place and whom it tells; all of it must outlive the meshing.
+    struct Setting {
+        const RunEnvironment& environment;
+        const std::filesystem::path& directory;
+        const RunLog& log;
+        const SolverRunner::Events& events;
+        const CancellationToken& token;
+    };
+
+    /// The model as it was turned by the user, in the application's frame of axes, and the same in
+    /// the solver's.
+    SurfaceMeshing(const Setting& setting, TriangleMesh model, TriangleMesh body);
+
+    /// Reports the surface's fitness and each surface that the mesher is given. Throws GMSHError,
+    /// that of the first attempt where two failed; PreparationError where the surface is to be
+    /// prepared in any case; CancellationError; or the error of a file.
+    MeshedModel run();
+
+private:
+    void judge();
+    GMSHRunner::Output meshByChoice();
+    GMSHRunner::Output meshAutomatically();
+    GMSHRunner::Output meshAsItIs(std::optional<double> timeLimit);
+    GMSHRunner::Output meshPrepared(bool isFurther);
+    void prepare();
+    bool tryToPrepare();
+    void report(const TriangleMesh& surface, std::optional<SurfacePreparation> preparation) const;
+
+    Setting setting_;
+    TriangleMesh model_;
+    TriangleMesh body_;
+    GMSHRunner mesher_;
+    /// Spent on judging and preparing.
+    double seconds_ = 0;
+    std::optional<SurfaceFitness> fitness_;
+    std::optional<PreparedSurface> prepared_;
+};
+
+/// Size of the facets that a surface is prepared with, m: what the mesher wants on the body, or
+/// less where the body's own facets are even and finer. `fitness` may be absent; `road` is what
+/// becomes of the body's facets in the mesher.
+float preparedFacetEdge(const std::optional<SurfaceFitness>& fitness, const SurfaceRoad& road,
+    const GMSHRunner::FarField& field);
+
+} // namespace ostrella

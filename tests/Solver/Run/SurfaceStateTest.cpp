@@ -1,0 +1,202 @@
+// What the controller keeps of a model's surface, how a run is stopped on its way to the mesher,
+// and how large the facets of a prepared surface are.
+
+#include "RunFixture.h"
+#include "Solver/Run/SurfaceMeshing.h"
+
+#include <chrono>
+#include <cmath>
+#include <numbers>
+
+namespace ostrella::test {
+namespace {
+
+using testing::Contains;
+using testing::Not;
+using testing::StartsWith;
+using Kind = SurfaceRoad::Kind;
+
+class SurfaceState : public RunTest {
+protected:
+    SurfaceState() { placeCube(); }
+};
+
+TEST_F(SurfaceState, isKnownAfterARun) {
+    app_->parameters.setMesh(cube(1));
+    EXPECT_FALSE(app_->simulation.surfaceFitness());
+    int fitnessChanges = 0;
+    int surfaceChanges = 0;
+    QObject::connect(
+        &app_->simulation, &SimulationController::surfaceFitnessChanged, [&] { ++fitnessChanges; });
+    QObject::connect(
+        &app_->simulation, &SimulationController::meshedSurfaceChanged, [&] { ++surfaceChanges; });
+    runToEnd();
+    ASSERT_TRUE(app_->simulation.surfaceFitness());
+    EXPECT_EQ(app_->simulation.surfaceFitness()->openEdges.count, 3);
+    ASSERT_TRUE(app_->simulation.meshedSurface());
+    EXPECT_TRUE(app_->simulation.meshedSurface()->preparation);
+    EXPECT_EQ(fitnessChanges, 2) << "cleared at the start, then set";
+    EXPECT_EQ(surfaceChanges, 2);
+}
+
+TEST_F(SurfaceState, staysAfterAFailedRun) {
+    package_.setMesher("exit 1\n");
+    runToEnd();
+    EXPECT_EQ(phase().kind, RunPhase::Kind::failed);
+    EXPECT_TRUE(app_->simulation.surfaceFitness());
+}
+
+TEST_F(SurfaceState, goesWithTheNextRun) {
+    runToEnd();
+    app_->simulation.runDemo();
+    EXPECT_FALSE(app_->simulation.surfaceFitness());
+    EXPECT_FALSE(app_->simulation.meshedSurface());
+    ASSERT_TRUE(waitForEnd());
+    EXPECT_FALSE(app_->simulation.surfaceFitness()) << "the built-in case has none";
+}
+
+TEST_F(SurfaceState, goesWithAnotherModelButNotDuringARun) {
+    package_.setSolver(Script::hang);
+    runUntilReady();
+    app_->simulation.clearOutcomeForNewGeometry();
+    EXPECT_TRUE(app_->simulation.surfaceFitness());
+    cancelToEnd();
+    EXPECT_TRUE(app_->simulation.meshedSurface());
+    app_->simulation.clearOutcomeForNewGeometry();
+    EXPECT_FALSE(app_->simulation.surfaceFitness());
+    EXPECT_FALSE(app_->simulation.meshedSurface());
+}
+
+TEST_F(SurfaceState, isThatOfThePresentRunOnly) {
+    const auto id = Probe::pretendRun(app_->simulation);
+    Probe::apply(app_->simulation, SurfaceFitness(), id - 1);
+    Probe::apply(app_->simulation, MeshedSurface(), id - 1);
+    EXPECT_FALSE(app_->simulation.surfaceFitness());
+    EXPECT_FALSE(app_->simulation.meshedSurface());
+    Probe::apply(app_->simulation, SurfaceFitness(), id);
+    Probe::apply(app_->simulation, MeshedSurface(), id);
+    EXPECT_TRUE(app_->simulation.surfaceFitness());
+    EXPECT_TRUE(app_->simulation.meshedSurface());
+    Probe::complete(app_->simulation, id, SimulationResult());
+}
+
+/// A sphere of radius 1 m of some 320 000 facets with a wave on it, so that nothing about it is
+/// simple; without its first facet if it is to be open.
+TriangleMesh wavySphere(bool open) {
+    constexpr int rings = 400;
+    const auto point = [](int ring, int segment) {
+        const double polar = std::numbers::pi * ring / rings;
+        const double around = 2 * std::numbers::pi * (segment % rings) / rings;
+        const double radius = 1 + 0.05 * std::sin(6 * around) * std::sin(5 * polar);
+        const double flat = ring == 0 || ring == rings ? 0 : std::sin(polar);
+        return Vec3(static_cast<float>(radius * flat * std::cos(around)),
+            static_cast<float>(radius * flat * std::sin(around)),
+            static_cast<float>(ring == 0       ? 1
+                               : ring == rings ? -1
+                                               : radius * std::cos(polar)));
+    };
+    std::vector<Vec3> corners;
+    for (int i = 0; i < rings; ++i) {
+        for (int j = 0; j < rings; ++j) {
+            if (i > 0) {
+                corners.insert(corners.end(), {point(i, j), point(i + 1, j), point(i, j + 1)});
+            }
+            if (i + 1 < rings) {
+                corners.insert(
+                    corners.end(), {point(i, j + 1), point(i + 1, j), point(i + 1, j + 1)});
+            }
+        }
+    }
+    if (open) {
+        corners.resize(corners.size() - 3);
+    }
+    std::vector<Vec3> normals(corners.size(), Vec3(0, 0, 1));
+    return {std::move(corners), std::move(normals)};
+}
+
+class SurfaceCancel : public RunTest {
+protected:
+    /// Runs `mesh`, and cancels the run when a line begins with `moment`; the seconds from there to
+    /// the end.
+    double cancelledAt(const TriangleMesh& mesh, const std::string& moment) {
+        app_->parameters.setSTLURL(directory_.path() / "sphere.stl");
+        app_->parameters.setMesh(mesh);
+        std::chrono::steady_clock::time_point asked;
+        QObject::connect(&app_->logStore, &LogStore::linesChanged, [this, moment, &asked] {
+            if (app_->logStore.lines().back().text.starts_with(moment)) {
+                asked = std::chrono::steady_clock::now();
+                app_->simulation.cancel();
+            }
+        });
+        runToEnd();
+        const auto end = std::chrono::steady_clock::now();
+        EXPECT_EQ(phase(), RunPhase::cancelled());
+        EXPECT_NE(asked, std::chrono::steady_clock::time_point());
+        return std::chrono::duration<double>(end - asked).count();
+    }
+};
+
+TEST_F(SurfaceCancel, reachesTheJudging) {
+    EXPECT_LT(cancelledAt(wavySphere(false), "Geometry turned"), 3);
+    EXPECT_THAT(texts(), Not(Contains(StartsWith("Surface "))));
+    EXPECT_TRUE(package_.starts("gmsh").empty());
+}
+
+TEST_F(SurfaceCancel, reachesThePreparation) {
+    EXPECT_LT(cancelledAt(wavySphere(true), "Surface judged"), 3);
+    EXPECT_THAT(texts(), Not(Contains(StartsWith("Surface prepared"))));
+    EXPECT_THAT(texts(), Not(Contains(StartsWith("Surface not prepared"))));
+    EXPECT_TRUE(package_.starts("gmsh").empty());
+}
+
+TEST_F(SurfaceCancel, reachesTheSecondAttempt) {
+    package_.setMesher("if [ ! -e failed ]; then touch failed; exit 1; fi\n" + Script::hang);
+    EXPECT_LT(cancelledAt(cube(), "ready"), 3);
+    EXPECT_EQ(package_.starts("gmsh").size(), 2U);
+    EXPECT_THAT(texts(), Not(Contains(StartsWith("No mesh of the prepared surface"))));
+    expectNoChildLeft();
+    EXPECT_TRUE(timers_.pending().empty());
+}
+
+TEST_F(SurfaceCancel, ofTheFirstAttemptIsNoReasonForASecond) {
+    package_.setMesher(Script::hang);
+    EXPECT_LT(cancelledAt(cube(), "ready"), 3);
+    EXPECT_EQ(package_.starts("gmsh").size(), 1U);
+    EXPECT_THAT(texts(), Not(Contains(StartsWith("Surface prepared"))));
+}
+
+class FacetEdge : public testing::Test {
+protected:
+    const GMSHRunner::FarField field_ = GMSHRunner::farField(Vec3(0), Vec3(2, 1, 1));
+    std::optional<SurfaceFitness> fitness_ = SurfaceFitness();
+};
+
+TEST_F(FacetEdge, isWhatTheMesherWantsOnTheBody) {
+    EXPECT_FLOAT_EQ(preparedFacetEdge(fitness_, {Kind::remesh, 0.03F}, field_), 0.1F);
+    EXPECT_FLOAT_EQ(preparedFacetEdge(fitness_, {Kind::refuse, 0.03F}, field_), 0.1F);
+    EXPECT_FLOAT_EQ(preparedFacetEdge(std::nullopt, {Kind::keep, 0.03F}, field_), 0.1F);
+}
+
+TEST_F(FacetEdge, followsFacetsThatAreEvenAndFiner) {
+    EXPECT_FLOAT_EQ(preparedFacetEdge(fitness_, {Kind::keep, 0.03F}, field_), 0.03F);
+    EXPECT_FLOAT_EQ(preparedFacetEdge(fitness_, {Kind::keep, 0.2F}, field_), 0.1F);
+    EXPECT_FLOAT_EQ(preparedFacetEdge(fitness_, {Kind::keep, 0.001F}, field_), 0.025F);
+}
+
+TEST_F(FacetEdge, doesNotFollowUnevenFacets) {
+    fitness_->slivers.count = 1;
+    EXPECT_FLOAT_EQ(preparedFacetEdge(fitness_, {Kind::keep, 0.03F}, field_), 0.1F);
+    fitness_->slivers.count = 0;
+    fitness_->degenerateFacets.count = 1;
+    EXPECT_FLOAT_EQ(preparedFacetEdge(fitness_, {Kind::keep, 0.03F}, field_), 0.1F);
+}
+
+TEST_F(FacetEdge, fitsIntoABodyUnderAMillimetre) {
+    const auto small = GMSHRunner::farField(Vec3(0), Vec3(0.0005F, 0.0002F, 0.0002F));
+    EXPECT_FLOAT_EQ(preparedFacetEdge(fitness_, {Kind::remesh, 1}, small), 0.0005F);
+    const auto point = GMSHRunner::farField(Vec3(0), Vec3(0));
+    EXPECT_FLOAT_EQ(preparedFacetEdge(fitness_, {Kind::remesh, 0}, point), 0.001F);
+}
+
+} // namespace
+} // namespace ostrella::test

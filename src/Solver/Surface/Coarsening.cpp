@@ -30,21 +30,26 @@ constexpr std::uint32_t stepsBetweenLooks = 256;
 } // namespace
 
 Coarsening::Coarsening(EmbeddedMesh& mesh, const TriangleTree& model, std::vector<DVec3> samples,
-    std::vector<std::uint8_t> isLifted, const CoarseningGoal& goal)
+    const std::vector<double>& lifts, const CoarseningGoal& goal)
     : mesh_(mesh),
       model_(model),
       goal_(goal),
       quadrics_(mesh.vertexCount()),
       samples_(std::move(samples)),
-      isLifted_(std::move(isLifted)),
+      reaches_(mesh.vertexCount(), goal.tolerance),
+      lifts_(lifts),
+      sheetLifts_(lifts),
       firstSample_(mesh.vertexCount(), EmbeddedMesh::none),
       lastSample_(mesh.vertexCount(), EmbeddedMesh::none),
       nextSample_(samples_.size(), EmbeddedMesh::none),
       age_(mesh.vertexCount(), 0) {
-    precondition(samples_.size() == mesh.vertexCount() && isLifted_.size() == samples_.size(),
+    precondition(samples_.size() == mesh.vertexCount() && lifts_.size() == samples_.size(),
         "each vertex stands for one sample");
     for (std::uint32_t vertex = 0; vertex < mesh.vertexCount(); ++vertex) {
         if (mesh.isVertex(vertex)) {
+            const double missed = glm::distance(mesh.position(vertex), samples_[vertex]);
+            reaches_[vertex] += missed;
+            lifts_[vertex] += missed;
             firstSample_[vertex] = vertex;
             lastSample_[vertex] = vertex;
         }
@@ -98,6 +103,62 @@ void Coarsening::collapse(const CancellationToken& token) {
     }
 }
 
+void Coarsening::collapseLoosely(double leastEdge, double extra, const CancellationToken& token) {
+    const CoarseningGoal goal = goal_;
+    goal_.leastEdge = std::min(leastEdge, goal.leastEdge);
+    goal_.tolerance += extra;
+    for (double& reach : reaches_) {
+        reach += extra;
+    }
+    collapse(token);
+    goal_ = goal;
+}
+
+void Coarsening::settle(const CancellationToken& token) {
+    for (std::uint32_t vertex = 0; vertex < mesh_.vertexCount(); ++vertex) {
+        if (vertex % stepsBetweenLooks == 0) {
+            token.throwIfCancelled();
+        }
+        if (!mesh_.isVertex(vertex) || sheetLifts_[vertex] > 0) {
+            continue;
+        }
+        const DVec3 old = mesh_.position(vertex);
+        const auto nearest = model_.nearest(old);
+        if (nearest->distance <= goal_.tolerance) {
+            lifts_[vertex] = 0;
+            continue;
+        }
+        const double quality = gatherSides(vertex);
+        for (const double step : {1.0, 0.7, 0.4}) {
+            if (moveEvenly(vertex, glm::mix(old, nearest->point, step), quality)) {
+                lifts_[vertex] = nearest->distance * (1 - step);
+                break;
+            }
+        }
+    }
+}
+
+double Coarsening::gatherSides(std::uint32_t vertex) {
+    double quality = 1;
+    sides_.clear();
+    mesh_.visitRing(vertex, [&](std::uint32_t spoke) {
+        const DVec3& a = mesh_.position(mesh_.to(spoke));
+        const DVec3& b = mesh_.position(mesh_.to(EmbeddedMesh::next(spoke)));
+        sides_.push_back({a, b});
+        quality = std::min(quality, TriangleShape::quality(mesh_.position(vertex), a, b));
+    });
+    return quality;
+}
+
+bool Coarsening::moveEvenly(std::uint32_t vertex, const DVec3& place, double qualityBefore) {
+    const bool even = std::ranges::all_of(sides_, [&](const Side& side) {
+        return TriangleShape::quality(place, side.a, side.b) >=
+                   std::min(qualityBefore, 2 * decentQuality) &&
+               glm::distance(place, side.a) <= goal_.mostEdge;
+    });
+    return even && mesh_.tryMove(vertex, place);
+}
+
 bool Coarsening::collapseAt(std::uint32_t edge) {
     if (!mesh_.mayCollapse(edge)) {
         return false;
@@ -135,7 +196,8 @@ bool Coarsening::collapseAt(std::uint32_t edge) {
             quadrics_[kept] = sum;
             nextSample_[lastSample_[kept]] = firstSample_[gone];
             lastSample_[kept] = lastSample_[gone];
-            isLifted_[kept] = isLifted_[kept] | isLifted_[gone];
+            lifts_[kept] = std::max(lifts_[kept], lifts_[gone]);
+            sheetLifts_[kept] = std::max(sheetLifts_[kept], sheetLifts_[gone]);
             return true;
         }
     }
@@ -174,13 +236,13 @@ bool Coarsening::collapseTo(std::uint32_t edge, const DVec3& position, double qu
     }
     return passesSamples(firstSample_[gone], position) &&
            passesSamples(firstSample_[kept], position) &&
-           followsModel(position, isLiftedAround(gone) || isLiftedAround(kept)) &&
+           followsModel(position, std::max(greatestLift(gone), greatestLift(kept))) &&
            mesh_.tryCollapse(edge, position);
 }
 
 bool Coarsening::passesSamples(std::uint32_t first, const DVec3& apex) const {
-    const double most = goal_.tolerance * goal_.tolerance;
     for (std::uint32_t sample = first; sample != EmbeddedMesh::none; sample = nextSample_[sample]) {
+        const double most = reaches_[sample] * reaches_[sample];
         const bool near = std::ranges::any_of(sides_, [&](const Side& side) {
             return TriangleShape::squaredDistance(samples_[sample], apex, side.a, side.b) <= most;
         });
@@ -191,19 +253,19 @@ bool Coarsening::passesSamples(std::uint32_t first, const DVec3& apex) const {
     return true;
 }
 
-bool Coarsening::isLiftedAround(std::uint32_t vertex) const {
-    bool lifted = isLifted_[vertex] != 0;
+double Coarsening::greatestLift(std::uint32_t vertex) const {
+    double lift = lifts_[vertex];
     mesh_.visitRing(
-        vertex, [&](std::uint32_t spoke) { lifted = lifted || isLifted_[mesh_.to(spoke)] != 0; });
-    return lifted;
+        vertex, [&](std::uint32_t spoke) { lift = std::max(lift, lifts_[mesh_.to(spoke)]); });
+    return lift;
 }
 
-bool Coarsening::staysNear(const DVec3& point, bool isLifted) const {
-    return model_.nearest(point, goal_.tolerance + (isLifted ? goal_.lift : 0)).has_value();
+bool Coarsening::staysNear(const DVec3& point, double lift) const {
+    return model_.nearest(point, goal_.tolerance + lift).has_value();
 }
 
-bool Coarsening::followsModel(const DVec3& apex, bool isLifted) const {
-    const auto strays = [&](const DVec3& point) { return !staysNear(point, isLifted); };
+bool Coarsening::followsModel(const DVec3& apex, double lift) const {
+    const auto strays = [&](const DVec3& point) { return !staysNear(point, lift); };
     // Short sides cannot stray: their ends are on the model.
     const double shortSide = 4 * goal_.tolerance;
     return std::ranges::none_of(sides_, [&](const Side& side) {
@@ -232,7 +294,7 @@ bool Coarsening::isFlipWorthwhile(std::uint32_t edge) const {
     const DVec3 shift = (left + right - start - end) * 0.5;
     const double rise = std::abs(glm::dot(shift, glm::normalize(first + second)));
     return glm::dot(first, second) > 0 && rise < goal_.tolerance &&
-           staysNear((left + right) * 0.5, isLiftedAround(mesh_.from(edge)));
+           staysNear((left + right) * 0.5, greatestLift(mesh_.from(edge)));
 }
 
 void Coarsening::flip(const CancellationToken& token) {
@@ -256,34 +318,23 @@ void Coarsening::relax(const CancellationToken& token) {
             continue;
         }
         const DVec3 old = mesh_.position(vertex);
+        const double quality = gatherSides(vertex);
         DVec3 sum(0);
         double weight = 0;
-        double qualityBefore = 1;
-        sides_.clear();
-        mesh_.visitRing(vertex, [&](std::uint32_t spoke) {
-            const DVec3& a = mesh_.position(mesh_.to(spoke));
-            const DVec3& b = mesh_.position(mesh_.to(EmbeddedMesh::next(spoke)));
-            sides_.push_back({a, b});
-            qualityBefore = std::min(qualityBefore, TriangleShape::quality(old, a, b));
-            const double area = glm::length(glm::cross(a - old, b - old));
-            sum += (old + a + b) * (area / 3);
+        for (const Side& side : sides_) {
+            const double area = glm::length(glm::cross(side.a - old, side.b - old));
+            sum += (old + side.a + side.b) * (area / 3);
             weight += area;
-        });
+        }
         if (!(weight > 0)) {
             continue;
         }
         // The planes that the vertex stands for hold it; where they are all one it slides.
         const DVec3 goal = quadrics_[vertex].leastNear(sum / weight, 2 * stiffness);
-        double step = 1;
-        for (int tries = 0; tries < 3; ++tries, step *= 0.5) {
+        for (const double step : {1.0, 0.5, 0.25}) {
             const DVec3 place = glm::mix(old, goal, step);
-            const bool even = std::ranges::all_of(sides_, [&](const Side& side) {
-                return TriangleShape::quality(place, side.a, side.b) >=
-                           std::min(qualityBefore, 2 * decentQuality) &&
-                       glm::distance(place, side.a) <= goal_.mostEdge;
-            });
-            if (even && passesSamples(firstSample_[vertex], place) &&
-                followsModel(place, isLiftedAround(vertex)) && mesh_.tryMove(vertex, place)) {
+            if (passesSamples(firstSample_[vertex], place) &&
+                followsModel(place, greatestLift(vertex)) && moveEvenly(vertex, place, quality)) {
                 break;
             }
         }

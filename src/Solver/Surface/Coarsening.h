@@ -19,8 +19,6 @@ struct CoarseningGoal {
     double mostEdge = 0;
     /// Neither a sample of the shape nor the surface strays farther from the other than this.
     double tolerance = 0;
-    /// How far from the model the surface lies off sheets (half of their thickness).
-    double lift = 0;
 };
 
 /// Makes a fine surface coarse, shortest edges first. Each vertex keeps the planes and the places
@@ -28,13 +26,23 @@ struct CoarseningGoal {
 /// gets lost.
 class Coarsening {
 public:
-    /// `samples` are the places that the surface has to pass: one for each vertex of the mesh.
-    /// `isLifted` tells, by vertex, which lie off a sheet. Mesh and model must outlive it.
+    /// `samples` are the places that the surface has to pass, one for each vertex of the mesh, and
+    /// `lifts` how far from the model a vertex belongs (half the thickness of a sheet, or none).
+    /// Vertices that lie elsewhere, since there was no room, may stay as far from their places as
+    /// they are. Mesh and model must outlive it.
     Coarsening(EmbeddedMesh& mesh, const TriangleTree& model, std::vector<DVec3> samples,
-        std::vector<std::uint8_t> isLifted, const CoarseningGoal& goal);
+        const std::vector<double>& lifts, const CoarseningGoal& goal);
 
     /// Takes edges together until none is left that may be. Throws CancellationError.
     void collapse(const CancellationToken& token);
+
+    /// The same once more for edges shorter than `leastEdge`, with `extra` added to the tolerance:
+    /// for details that would hold the mesher up and are too small for the flow to see.
+    void collapseLoosely(double leastEdge, double extra, const CancellationToken& token);
+
+    /// Moves vertices that have kept away from the model, for lack of room, onto it where there is
+    /// room now.
+    void settle(const CancellationToken& token);
 
     /// Turns edges over where that makes the worse of two triangles better and keeps the shape.
     void flip(const CancellationToken& token);
@@ -61,13 +69,17 @@ private:
     };
 
     void offer(std::uint32_t edge);
+    /// Takes the triangles around a vertex into `sides_`; gives the worst quality among them.
+    double gatherSides(std::uint32_t vertex);
+    /// Moves a vertex, whose sides are gathered, if the triangles around it stay as good.
+    bool moveEvenly(std::uint32_t vertex, const DVec3& place, double qualityBefore);
     bool collapseAt(std::uint32_t edge);
     bool collapseTo(std::uint32_t edge, const DVec3& position, double qualityBefore);
     bool passesSamples(std::uint32_t first, const DVec3& apex) const;
-    /// `isLifted`: a vertex around lies off a sheet.
-    bool followsModel(const DVec3& apex, bool isLifted) const;
-    bool staysNear(const DVec3& point, bool isLifted) const;
-    bool isLiftedAround(std::uint32_t vertex) const;
+    bool followsModel(const DVec3& apex, double lift) const;
+    bool staysNear(const DVec3& point, double lift) const;
+    /// Of a vertex and its neighbours.
+    double greatestLift(std::uint32_t vertex) const;
     bool isFlipWorthwhile(std::uint32_t edge) const;
 
     EmbeddedMesh& mesh_;
@@ -75,7 +87,9 @@ private:
     CoarseningGoal goal_;
     std::vector<Quadric> quadrics_;
     std::vector<DVec3> samples_;
-    std::vector<std::uint8_t> isLifted_;
+    std::vector<double> reaches_;    ///< of each sample: how far from it the surface may pass
+    std::vector<double> lifts_;      ///< of each vertex: how far from the model it may be
+    std::vector<double> sheetLifts_; ///< the part of it that sheets ask for
     std::vector<std::uint32_t> firstSample_; ///< of each vertex, a list by nextSample_
     std::vector<std::uint32_t> lastSample_;
     std::vector<std::uint32_t> nextSample_;

@@ -14,8 +14,10 @@
 #include <glm/geometric.hpp>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstdint>
+#include <numeric>
 #include <utility>
 #include <vector>
 
@@ -27,10 +29,18 @@ namespace {
 constexpr double mostFacetShare = 0.2;
 /// Cells along the edge of a facet.
 constexpr double cellsPerFacet = 6;
+constexpr double leastCellsPerFacet = 3.5;
+/// Triangles of a wrap at most: some ten seconds of work.
+constexpr double mostWrapTriangles = 400'000;
 /// Cells along the body's extent at most.
 constexpr double mostCellsAlong = 220;
 /// Distance of the wrap from the model, in cells.
 constexpr double offsetCells = 1.1;
+/// Edge of the bins that a wrap's triangles are found by, and the distance that parts of the
+/// surface keep from each other at least, in cells; least angle between neighbouring facets, rad.
+constexpr double cellsPerBin = 3;
+constexpr double clearance = 1e-3;
+constexpr double leastFold = 0.035;
 /// The rest is in edges of a facet.
 constexpr double widestOpening = 3;
 constexpr double seamWidth = 0.01;
@@ -38,6 +48,9 @@ constexpr double sheetThickness = 0.25;
 constexpr double tolerance = 0.05;
 constexpr double longestEdge = 2;
 constexpr int eveningRounds = 4;
+/// Edges shorter than these are taken together with a larger tolerance.
+constexpr std::array smallDetails{0.25, 0.4};
+constexpr double looseTolerance = 0.05;
 
 /// The model about its middle, without what has no area of its own.
 struct Soup {
@@ -127,6 +140,56 @@ void measureEdges(const IndexedSurface& surface, SurfacePreparation& facts) {
     facts.longestEdge = std::ranges::max(lengths);
 }
 
+/// The number of pieces that hang together.
+std::int64_t componentCount(const IndexedSurface& surface) {
+    std::vector<std::uint32_t> leader(surface.vertices.size());
+    std::iota(leader.begin(), leader.end(), 0U);
+    const auto leaderOf = [&leader](std::uint32_t vertex) {
+        while (leader[vertex] != vertex) {
+            vertex = leader[vertex] = leader[leader[vertex]];
+        }
+        return vertex;
+    };
+    auto count = static_cast<std::int64_t>(surface.vertices.size());
+    for (const Triangle& t : surface.triangles) {
+        for (const std::uint32_t other : {t[1], t[2]}) {
+            const std::uint32_t a = leaderOf(t[0]);
+            const std::uint32_t b = leaderOf(other);
+            count -= a != b ? 1 : 0;
+            leader[b] = a;
+        }
+    }
+    return count;
+}
+
+/// A wrap around the model, and the facets that it is fine enough for.
+struct FittedWrap {
+    IndexedSurface wrap;
+    double spacing = 0;
+    double edge = 0;
+};
+
+/// Lays a wrap for facets of `wantedEdge`; a coarser one where it would be too large to be worked
+/// on in seconds, as around a cloud of thousands of loose facets.
+FittedWrap wrapOf(const TriangleTree& tree, const DVec3& half, double wantedEdge,
+    const CancellationToken& token) {
+    FittedWrap result;
+    const double extent = 2 * std::max({half.x, half.y, half.z});
+    result.spacing = std::max(wantedEdge / cellsPerFacet, extent / mostCellsAlong);
+    while (true) {
+        result.wrap = wrapped(tree, -half, half,
+            {.spacing = result.spacing, .offset = offsetCells * result.spacing}, token);
+        const double surplus =
+            static_cast<double>(result.wrap.triangles.size()) / mostWrapTriangles;
+        if (surplus <= 1) {
+            break;
+        }
+        result.spacing *= 1.1 * std::sqrt(surplus);
+    }
+    result.edge = std::max(wantedEdge, leastCellsPerFacet * result.spacing);
+    return result;
+}
+
 /// Which shells the wrap has found, and which of them as sheets.
 void countShells(const OpeningLids& lids, const WrapTargets& targets, SurfacePreparation& facts) {
     std::vector<bool> isSeen(lids.isSheet.size(), false);
@@ -159,17 +222,13 @@ PreparedSurface prepareSurface(
             "({:.4g}, {:.4g}, {:.4g})",
             soup.middle.x, soup.middle.y, soup.middle.z));
     }
-    const double edge = std::min(double{facetEdge}, extent * mostFacetShare);
-    const double spacing = std::max(edge / cellsPerFacet, extent / mostCellsAlong);
-    const double offset = offsetCells * spacing;
+    const double wantedEdge = std::min(double{facetEdge}, extent * mostFacetShare);
 
     PreparedSurface result;
     SurfacePreparation& facts = result.facts;
-    const OpeningLids lids =
-        lidsFor(soup.surface, {.widest = widestOpening * edge, .seam = seamWidth * edge}, token);
+    const OpeningLids lids = lidsFor(soup.surface,
+        {.widest = widestOpening * wantedEdge, .seam = seamWidth * wantedEdge}, token);
     facts.openingsClosed = lids.count;
-    facts.gapWidth = 2 * offset;
-    facts.sheetThickness = sheetThickness * edge;
     std::vector<bool> isOpen;
     for (const std::uint32_t shell : lids.shellOf) {
         isOpen.push_back(lids.isSheet[shell]);
@@ -181,32 +240,41 @@ PreparedSurface prepareSurface(
     token.throwIfCancelled();
 
     const TriangleTree tree(soup.surface);
-    const IndexedSurface wrap =
-        wrapped(tree, -soup.half, soup.half, {.spacing = spacing, .offset = offset}, token);
+    const FittedWrap laid = wrapOf(tree, soup.half, wantedEdge, token);
+    const double edge = laid.edge;
+    const double spacing = laid.spacing;
+    facts.gapWidth = 2 * offsetCells * spacing;
+    facts.sheetThickness = sheetThickness * edge;
     const FitModel fit{tree, normals, isOpen, facts.sheetThickness};
-    const WrapTargets targets = fitWrap(wrap, fit, offset, spacing, token);
-    // Parts may come as near as a hundredth of a cell; neighbours fold to 2 degrees.
-    EmbeddedMesh mesh(wrap, 3 * spacing,
-        {.distance = 1e-3 * spacing, .angleCosine = std::cos(2 * 3.14159265358979 / 180)});
+    const WrapTargets targets = fitWrap(laid.wrap, fit, offsetCells * spacing, spacing, token);
+    EmbeddedMesh mesh(laid.wrap, cellsPerBin * spacing,
+        {.distance = clearance * spacing, .angleCosine = std::cos(leastFold)});
     pullIn(mesh, targets, token);
-
     countShells(lids, targets, facts);
 
-    Coarsening coarsening(mesh, tree, targets.points, targets.isOnSheet,
-        {.leastEdge = edge,
-            .mostEdge = longestEdge * edge,
-            .tolerance = tolerance * edge,
-            .lift = facts.sheetThickness / 2});
+    std::vector<double> lifts;
+    for (const std::uint8_t isOnSheet : targets.isOnSheet) {
+        lifts.push_back(isOnSheet != 0 ? facts.sheetThickness / 2 : 0);
+    }
+    Coarsening coarsening(mesh, tree, targets.points, lifts,
+        {.leastEdge = edge, .mostEdge = longestEdge * edge, .tolerance = tolerance * edge});
     coarsening.collapse(token);
     for (int round = 0; round < eveningRounds; ++round) {
+        coarsening.settle(token);
         coarsening.flip(token);
         coarsening.relax(token);
         coarsening.collapse(token);
+    }
+    for (const double part : smallDetails) {
+        coarsening.collapseLoosely(part * edge, looseTolerance * edge, token);
+        coarsening.flip(token);
+        coarsening.relax(token);
     }
 
     const IndexedSurface surface = mesh.surface();
     facts.facets = static_cast<std::int64_t>(surface.triangles.size());
     facts.deviation = greatestDistance(surface, tree, edge / 8, token);
+    facts.bodies = componentCount(surface);
     measureEdges(surface, facts);
     result.mesh = meshOf(surface, soup.middle);
     return result;

@@ -38,27 +38,16 @@ constexpr bool isDisc(Octet octet) {
     return isConnected(octet) && isConnected(~octet & 0xFFu);
 }
 
-/// Whether `octet` has a cell on each side of each of the three planes between its cells on which
-/// `more` has one.
-constexpr bool keepsBox(Octet octet, Octet more) {
-    constexpr std::array<Octet, 3> upperHalves{0xAA, 0xCC, 0xF0};
-    for (const Octet half : upperHalves) {
-        if ((more & half) != 0 && (octet & half) == 0)
-            return false;
-        if ((more & ~half) != 0 && (octet & ~half) == 0)
-            return false;
-    }
-    return true;
-}
-
-/// For each octet the fewest cells whose filling makes a disc of its border within its box.
+/// For each octet the fewest cells whose filling makes a disc of its border. They lie in the box of
+/// its cells: in a layer of four only two on a diagonal make no disc, and with one of the two
+/// others they do.
 constexpr std::array<std::uint8_t, 256> makeFillings() {
     std::array<std::uint8_t, 256> fillings{};
     for (Octet octet = 0; octet < 256; ++octet) {
         Octet best = 0xFF;
         for (Octet more = octet; more < 256; ++more) {
             if ((more & octet) == octet && std::popcount(more) < std::popcount(best) &&
-                keepsBox(octet, more) && isDisc(more))
+                isDisc(more))
                 best = more;
         }
         if (octet != 0)

@@ -154,6 +154,29 @@ TEST(Openings, ClosesARingOfFourAroundACellThatTouchesThem) {
     EXPECT_EQ(openEdges(body, lids), 0);
 }
 
+TEST(Openings, ClosesManyAroundOneVertex) {
+    // A lid of 80 sectors, of which each second one is missing.
+    IndexedSurface body = test::pot(80, 3);
+    const auto middle = static_cast<std::uint32_t>(body.vertices.size());
+    body.vertices.emplace_back(0, 0, 3);
+    for (std::uint32_t i = 0; i < 80; i += 2)
+        body.triangles.push_back({80 + i, 81 + i, middle});
+    const OpeningLids lids = lidsFor(body, limits);
+    EXPECT_EQ(lids.count, 40);
+    EXPECT_EQ(lids.triangles.size(), 40u);
+    EXPECT_EQ(openEdges(body, lids), 0);
+}
+
+TEST(Openings, StaysWithinAnAngularHole) {
+    // An L, two wide.
+    const IndexedSurface body = test::plateWithHoles(9, 9,
+        [](int x, int y) { return x >= 1 && y >= 1 && ((x < 6 && y < 3) || (x < 3 && y < 6)); });
+    const OpeningLids lids = lidsFor(body, {.widest = 6, .seam = 0.01});
+    EXPECT_EQ(lids.count, 1);
+    EXPECT_DOUBLE_EQ(lidArea(body, lids), 16);
+    EXPECT_EQ(openEdges(body, lids), 0);
+}
+
 TEST(Openings, ClosesFifty) {
     const IndexedSurface body =
         test::plateWithHoles(21, 11, [](int x, int y) { return x % 2 == 1 && y % 2 == 1; });

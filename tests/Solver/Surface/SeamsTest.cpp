@@ -55,6 +55,22 @@ TEST(Seams, TakesVerticesOnALongEdgeForASeam) {
     expectSeamsOnly(test::shared(mesh));
 }
 
+TEST(Seams, JoinsWhatSharesNoEdgeToOneBody) {
+    // The top in two rows, each divided elsewhere than all around it.
+    const TriangleMesh mesh = test::Facets()
+                                  .box(Vec3(0.0F), Vec3(1.0F))
+                                  .without(3)
+                                  .without(2)
+                                  .quad({0, 0, 1}, {0.25F, 0, 1}, {0.25F, 0.5F, 1}, {0, 0.5F, 1})
+                                  .quad({0.25F, 0, 1}, {1, 0, 1}, {1, 0.5F, 1}, {0.25F, 0.5F, 1})
+                                  .quad({0, 0.5F, 1}, {0.75F, 0.5F, 1}, {0.75F, 1, 1}, {0, 1, 1})
+                                  .quad({0.75F, 0.5F, 1}, {1, 0.5F, 1}, {1, 1, 1}, {0.75F, 1, 1})
+                                  .mesh();
+    const IndexedSurface surface = test::shared(mesh);
+    expectSeamsOnly(surface);
+    EXPECT_TRUE(lidsFor(surface, limits).triangles.empty());
+}
+
 TEST(Seams, TakesSidesThatShareNoVertexForOneBody) {
     // Strips of 1/3 on the top and of 1/4 on the side next to it, pushed off its corners.
     test::Facets facets;

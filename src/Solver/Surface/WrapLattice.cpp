@@ -14,10 +14,14 @@ namespace ostrella {
 
 namespace {
 
+/// A box of a whole number of cells gets these whatever its unit of length; the margin is far
+/// wider.
+constexpr double roundingShare = 1e-6;
+
 /// Cells of the lattice along x, y and z.
 DVec3 latticeSize(const DVec3& low, const DVec3& high, const WrapSettings& settings) {
     const double margin = std::ceil(settings.offset / settings.spacing) + 3;
-    return glm::ceil((high - low) / settings.spacing) + 2 * margin;
+    return glm::ceil((high - low) / settings.spacing - roundingShare) + 2 * margin;
 }
 
 CellLattice latticeAround(const DVec3& low, const DVec3& high, const WrapSettings& settings) {

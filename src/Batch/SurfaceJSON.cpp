@@ -24,6 +24,7 @@ Json fitnessOf(const SurfaceFitness& fitness) {
     for (const SurfaceDefectKind& kind : surfaceDefectKinds) {
         json[std::string(kind.name)] = placesOf(fitness.*kind.defect);
     }
+    json["cutShort"] = fitness.isCutShort;
     json["extent_m"] = fitness.extent;
     json["shortestEdge_m"] = fitness.shortestEdge;
     json["medianEdge_m"] = fitness.medianEdge;

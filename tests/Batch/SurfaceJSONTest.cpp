@@ -27,6 +27,7 @@ TEST(SurfaceJSON, TellsTheFitnessWithCountsAndPlaces) {
     fitness.shells = 1;
     fitness.openEdges = {3, {Vec3(0, 1, 0.5F), Vec3(-2, 0, 0.25F)}};
     fitness.slivers = {1, {Vec3(4, 5, 6)}};
+    fitness.isCutShort = true;
     fitness.extent = 2;
     fitness.shortestEdge = 0.5F;
     fitness.medianEdge = 1;
@@ -48,7 +49,7 @@ TEST(SurfaceJSON, TellsTheFitnessWithCountsAndPlaces) {
             "insideOutShells": {"count": 0, "places": []},
             "innerShells": {"count": 0, "places": []},
             "cuttingShells": {"count": 0, "places": []},
-            "extent_m": 2.0, "shortestEdge_m": 0.5, "medianEdge_m": 1.0, "longestEdge_m": 1.5,
+            "cutShort": true, "extent_m": 2.0, "shortestEdge_m": 0.5, "medianEdge_m": 1.0, "longestEdge_m": 1.5,
             "volume_m3": -0.75, "area_m2": 5.5},
         "preparation": null, "file": null})"));
 }

@@ -46,7 +46,7 @@ void tellTrust(const MeshedModel& meshed, const TriangleMesh& body, const RunLog
     planform.up = projectedArea(body, up);
     planform.down = projectedArea(body, -up);
     if (meshed.prepared) {
-        planform.prepared = projectedArea(meshed.prepared->mesh, up);
+        planform.prepared = projectedArea(*meshed.prepared, up);
     }
     if (auto line = SurfaceTexts::planformTrust(*meshed.fitness, planform)) {
         log.append(std::move(line->first), line->second);

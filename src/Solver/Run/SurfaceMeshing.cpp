@@ -1,6 +1,5 @@
 #include "Solver/Run/SurfaceMeshing.h"
 
-#include "Models/SurfaceDefects.h"
 #include "Solver/Geometry/SolverFrame.h"
 #include "Solver/Run/HarvestTexts.h"
 #include "Solver/Run/SolverLaunch.h"
@@ -15,15 +14,6 @@
 namespace ostrella {
 
 namespace {
-
-SurfaceFitness inAppFrame(SurfaceFitness fitness) {
-    for (const SurfaceDefectKind& kind : surfaceDefectKinds) {
-        for (Vec3& place : (fitness.*kind.defect).places) {
-            place = SolverFrame::toApp(place);
-        }
-    }
-    return fitness;
-}
 
 /// What becomes of the body's own facets; of more than could be judged no census is taken.
 SurfaceRoad roadOf(const TriangleMesh& body, const std::optional<SurfaceFitness>& fitness,
@@ -55,8 +45,20 @@ MeshedModel SurfaceMeshing::run() {
     // Told ahead of all work that would be for nothing.
     static_cast<void>(mesher_.mesher());
     judge();
-    const GMSHRunner::Output mesh = meshByChoice();
-    return {mesh, std::move(fitness_), std::move(prepared_)};
+    MeshedModel meshed;
+    try {
+        meshed.mesh = meshByChoice();
+    } catch (const GMSHError& error) {
+        if (error.isOfSurface() && fitness_ && !fitness_->isFit()) {
+            setting_.log.warn(worstDefectSentence(*fitness_));
+        }
+        throw;
+    }
+    meshed.fitness = std::move(fitness_);
+    if (prepared_) {
+        meshed.prepared = SolverFrame::toSolver(prepared_->mesh);
+    }
+    return meshed;
 }
 
 void SurfaceMeshing::judge() {
@@ -66,7 +68,7 @@ void SurfaceMeshing::judge() {
     const TimeLimit limit(setting_.token, seconds, *setting_.environment.timers);
     std::string reason;
     try {
-        fitness_ = judgeSurface(body_, limit.token());
+        fitness_ = judgeSurface(model_, limit.token());
     } catch (const CancellationError&) {
         if (!limit.isOver()) {
             throw;
@@ -84,7 +86,7 @@ void SurfaceMeshing::judge() {
     }
     setting_.log.append(
         fitnessLine(*fitness_), fitness_->isFit() ? LogStore::Level::info : LogStore::Level::warn);
-    sendEvent(setting_.events, inAppFrame(*fitness_));
+    sendEvent(setting_.events, *fitness_);
 }
 
 GMSHRunner::Output SurfaceMeshing::meshByChoice() {
@@ -137,9 +139,9 @@ GMSHRunner::Output SurfaceMeshing::meshAsItIs(std::optional<double> timeLimit) {
 }
 
 GMSHRunner::Output SurfaceMeshing::meshPrepared(bool isFurther) {
-    report(SolverFrame::toApp(prepared_->mesh), prepared_->facts);
+    report(prepared_->mesh, prepared_->facts);
     return mesher_.makeMesh(body_, setting_.directory, setting_.log, setting_.token,
-        {.prepared = prepared_->mesh, .isFurther = isFurther});
+        {.prepared = SolverFrame::toSolver(prepared_->mesh), .isFurther = isFurther});
 }
 
 void SurfaceMeshing::prepare() {
@@ -147,7 +149,7 @@ void SurfaceMeshing::prepare() {
     const auto field = GMSHRunner::farField(body_.boundingMin(), body_.boundingMax());
     const float edge = preparedFacetEdge(fitness_, roadOf(body_, fitness_, field), field);
     try {
-        prepared_ = prepareSurface(body_, edge, setting_.token);
+        prepared_ = prepareSurface(model_, edge, setting_.token);
     } catch (const CancellationError&) {
         throw;
     } catch (const std::exception&) {
@@ -164,6 +166,10 @@ bool SurfaceMeshing::tryToPrepare() {
         prepare();
         return true;
     } catch (const PreparationError& error) {
+        if (fitness_ && fitness_->degenerateFacets.count == fitness_->facets) {
+            // Without any area there is nothing to try either: that is the sentence to end with.
+            throw;
+        }
         setting_.log.warn(SurfaceTexts::notPrepared(error.what()));
         return false;
     }

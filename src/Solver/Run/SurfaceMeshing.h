@@ -15,13 +15,14 @@
 
 namespace ostrella {
 
-/// What came of meshing the air around a model. Surfaces and places in the solver's frame of axes.
+/// What came of meshing the air around a model.
 struct MeshedModel {
     GMSHRunner::Output mesh;
-    /// Absent where the surface could not be judged.
+    /// In the application's frame of axes; absent where the surface could not be judged.
     std::optional<SurfaceFitness> fitness;
-    /// Absent where the model was meshed as it is.
-    std::optional<PreparedSurface> prepared;
+    /// The surface that was meshed, in the solver's frame of axes; absent where that is the model
+    /// as it is.
+    std::optional<TriangleMesh> prepared;
 };
 
 /// The way from a model to the mesh around it: its surface is judged, meshed as it is where it is
@@ -52,8 +53,8 @@ public:
     SurfaceMeshing(const Setting& setting, TriangleMesh model, TriangleMesh body);
 
     /// Reports the surface's fitness and each surface that the mesher is given. Throws GMSHError,
-    /// that of the first attempt where two failed; PreparationError where the surface is to be
-    /// prepared in any case; CancellationError; or the error of a file.
+    /// that of the first attempt where two failed; PreparationError where the surface has no area
+    /// or is to be prepared in any case; CancellationError; or the error of a file.
     MeshedModel run();
 
 private:
@@ -73,6 +74,7 @@ private:
     /// Spent on judging and preparing.
     double seconds_ = 0;
     std::optional<SurfaceFitness> fitness_;
+    /// In the application's frame of axes, in which users look for the places that texts name.
     std::optional<PreparedSurface> prepared_;
 };
 

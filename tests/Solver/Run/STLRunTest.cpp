@@ -1,7 +1,6 @@
 // The run around a model, from the first line of its log to the last.
 
 #include "RunFixture.h"
-#include "Solver/Geometry/SolverFrame.h"
 #include "Solver/Surface/SurfaceJudge.h"
 
 namespace ostrella::test {
@@ -95,8 +94,7 @@ TEST_F(STLRun, warnsOfTheStandInAfterTheSolversPath) {
 
 TEST_F(STLRun, reportsItsEventsInOrder) {
     const SimulationResult result = drive(record());
-    // The same in both frames of axes: without defects it has no places.
-    const SurfaceFitness fitness = judgeSurface(SolverFrame::toSolver(cube()));
+    const SurfaceFitness fitness = judgeSurface(cube());
     EXPECT_EQ(events_, (std::vector<SolverRunner::Event>{RunPhase::meshing(),
                            SolverRunner::RunDirectory{result.runDirectory}, fitness,
                            MeshedSurface{cube(), std::nullopt, 0}, SolverRunner::MeshCells{1234},

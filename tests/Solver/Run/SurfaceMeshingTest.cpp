@@ -136,8 +136,15 @@ TEST_F(SurfaceRoads, theReferenceAreaStaysTheModelsAndIsDoubted) {
     EXPECT_THAT(from[2].first, StartsWith("V="));
 }
 
+TEST_F(SurfaceRoads, placesAreNamedInTheFrameOfTheApplication) {
+    drive(SurfaceChoice::asIs, cube(1));
+    EXPECT_THAT(
+        linesFrom("Surface judged")[0].first, HasSubstr(" · 3 open edges at (0.00, 0.50, 1.00) · "))
+        << "the middle of an upright edge of the facet that lacks, with y up";
+}
+
 TEST_F(SurfaceRoads, theFitnessIsToldInTheFrameOfTheApplication) {
-    drive(SurfaceChoice::automatic, cube(1));
+    drive(SurfaceChoice::asIs, cube(1));
     const auto fitness = events<SurfaceFitness>();
     ASSERT_EQ(fitness.size(), 1U);
     EXPECT_FALSE(fitness[0].isFit());
@@ -224,21 +231,15 @@ TEST_F(SurfaceRoads, aFailureOnThePreparedSurfaceOfAnUnfitModelIsTheRuns) {
     EXPECT_EQ(failure(SurfaceChoice::automatic, cube(1)),
         "gmsh exited with code 1 and produced no usable mesh (Error   : foo)");
     EXPECT_EQ(meshings(), 1U);
+    EXPECT_EQ(lines().back(),
+        TextLine("The surface has 3 open edges, the first at (0.00, 0.50, 1.00) m.", Level::warn));
 }
 
-TEST_F(SurfaceRoads, whatCannotBePreparedIsTriedAsItIs) {
-    EXPECT_EQ(drive(SurfaceChoice::automatic, needle()).meshCells, 1234);
-    const auto from = linesFrom("Surface judged");
-    EXPECT_THAT(from[1].first, StartsWith("Surface not prepared · The model has no surface"));
-    EXPECT_EQ(from[1].second, Level::warn);
-    EXPECT_THAT(from[2].first, StartsWith("Using gmsh: "));
-    EXPECT_EQ(meshings(), 1U);
-    EXPECT_FALSE(events<MeshedSurface>().back().preparation);
-
-    package_.setMesher("exit 4\n");
-    EXPECT_EQ(failure(SurfaceChoice::automatic, needle()),
-        "gmsh exited with code 4 and produced no usable mesh");
-    EXPECT_EQ(meshings(), 2U);
+TEST_F(SurfaceRoads, aModelWithoutAnyAreaEndsWithASentenceAboutThat) {
+    EXPECT_THAT(
+        failure(SurfaceChoice::automatic, needle()), StartsWith("The model has no surface"));
+    EXPECT_EQ(meshings(), 0U);
+    EXPECT_TRUE(events<MeshedSurface>().empty());
 }
 
 using AsIs = SurfaceRoads;

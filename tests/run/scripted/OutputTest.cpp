@@ -56,6 +56,7 @@ TEST_F(OutputTest, TheLogHasTheLinesOfTheDesktopInTheirOrder) {
             MatchesRegex("\\[INFO\\] Working dir: .*/Ostrella-[0-9A-F]{8}"),
             "[INFO] Regime: Incompressible (M < 0.3)",
             "[INFO] Geometry turned into the solver frame (app Y up → SU2 Z up)",
+            "[INFO] Surface judged · 5 120 facets · 1 shell · closed · fit for meshing",
             "[INFO] Using gmsh: " + package_.tool("gmsh").string(),
             "[INFO] Body extent (solver frame, Z up): 2.00 × 2.00 × 2.00 m",
             "[INFO] Far-field pads: −10.00 / +30.00 (X), ±8.00 (Y/Z) · 5.0 c upstream, 15.0 c down",

@@ -16,7 +16,7 @@ namespace {
 
 /// A box of a whole number of cells gets these whatever its unit of length; the margin is far
 /// wider.
-constexpr double roundingShare = 1e-6;
+constexpr double roundingShare = 1e-3;
 
 /// Cells of the lattice along x, y and z.
 DVec3 latticeSize(const DVec3& low, const DVec3& high, const WrapSettings& settings) {

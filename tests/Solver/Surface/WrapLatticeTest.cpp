@@ -198,8 +198,8 @@ TEST(WrapLattice, TellsItsSizeBeforehand) {
 TEST(WrapLattice, HasTheSameCellsInEveryUnit) {
     for (int cells = 1; cells < 200; ++cells) {
         for (const double unit : {1.0, 1e-3, 0.0254, 7.0 / 3.0}) {
-            const double extent = unit / 3;
-            const double spacing = extent / cells;
+            const auto extent = static_cast<double>(static_cast<float>(unit / 3));
+            const double spacing = unit / 3 / cells;
             EXPECT_EQ(wrapCellCount(DVec3(-extent), DVec3(extent),
                           {.spacing = spacing, .offset = 1.1 * spacing}),
                 std::pow(2 * cells + 10, 3));

@@ -231,15 +231,15 @@ TEST(NastyOpenings, GapsAreAHundredThousandth) {
 TEST(NastyScans, HaveWhatScannersLeave) {
     expectCrossings("scan");
     expectCrossings("scanWithSpikes");
-    // The lump, forty crumbs and twenty single facets.
-    EXPECT_EQ(defectsOf("scanWithSpecks").pieces, 61U);
-    EXPECT_EQ(defectsOf("scanWithSpecks").openEdges, 60U);
+    // The lump, twelve crumbs and eight single facets.
+    EXPECT_EQ(defectsOf("scanWithSpecks").pieces, 21U);
+    EXPECT_EQ(defectsOf("scanWithSpecks").openEdges, 24U);
     EXPECT_GT(defectsOf("scanWithGaps").openEdges, 100U);
     EXPECT_EQ(defectsOf("twoScans").pieces, 2U);
     expectCrossings("twoScans");
     EXPECT_EQ(bodyOf("largeScan").triangles.size(), 302580U);
-    EXPECT_EQ(defectsOf("facetSoup").pieces, 4000U);
-    EXPECT_EQ(defectsOf("facetSoup").openEdges, 12000U);
+    EXPECT_EQ(defectsOf("facetSoup").pieces, 400U);
+    EXPECT_EQ(defectsOf("facetSoup").openEdges, 1200U);
 }
 
 TEST(NastyCad, HasNeedlesAndPatchesThatDoNotMatch) {

@@ -1,8 +1,8 @@
 #pragma once
 
+#include "Models/FloatVectors.h"
 #include "Models/LargeBuffer.h"
 #include "Models/VolumeField.h"
-#include "Solver/Flow/FloatVectors.h"
 #include "Solver/Flow/NearestSearch.h"
 #include "Solver/Flow/Spatial3DGrid.h"
 #include "Solver/Flow/StreamlineFocus.h"

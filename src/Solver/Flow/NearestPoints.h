@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Solver/Flow/FloatVectors.h"
+#include "Models/FloatVectors.h"
 
 #include <array>
 #include <cstddef>

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Models/Cancellation.h"
+#include "Models/FloatVectors.h"
 #include "Models/LargeBuffer.h"
 #include "Models/Vector.h"
 #include "Solver/Surface/IndexedSurface.h"
@@ -46,15 +47,36 @@ public:
 
         /// Bit i is set if box i meets `box`.
         unsigned meeting(const FloatBox& box) const {
-            std::array<std::uint32_t, width> hit;
-            for (std::size_t i = 0; i < width; ++i) {
-                hit[i] = static_cast<std::uint32_t>(
-                             (low[0][i] <= box.high.x) & (high[0][i] >= box.low.x) &
-                             (low[1][i] <= box.high.y) & (high[1][i] >= box.low.y) &
-                             (low[2][i] <= box.high.z) & (high[2][i] >= box.low.z))
-                         << i;
+            unsigned bits = 0;
+            for (unsigned half = 0; half < 2; ++half) {
+                Int4 meets{-1, -1, -1, -1};
+                for (std::size_t axis = 0; axis < 3; ++axis) {
+                    const auto i = static_cast<int>(axis);
+                    meets &= loadVector<Float4>(&low[axis][4 * half]) <= allLanes(box.high[i]);
+                    meets &= loadVector<Float4>(&high[axis][4 * half]) >= allLanes(box.low[i]);
+                }
+                bits |= laneBits(meets) << (4 * half);
             }
-            return hit[0] | hit[1] | hit[2] | hit[3] | hit[4] | hit[5] | hit[6] | hit[7];
+            return bits;
+        }
+
+        /// Writes the squared distance of `point` from each box; bit i is set if that of box i is
+        /// at most `limit`.
+        unsigned within(const Vec3& point, float limit, std::array<float, width>& distances) const {
+            unsigned bits = 0;
+            for (unsigned half = 0; half < 2; ++half) {
+                Float4 sum{};
+                for (std::size_t axis = 0; axis < 3; ++axis) {
+                    const Float4 at = allLanes(point[static_cast<int>(axis)]);
+                    const Float4 below = loadVector<Float4>(&low[axis][4 * half]) - at;
+                    const Float4 above = at - loadVector<Float4>(&high[axis][4 * half]);
+                    const Float4 outside = greater(greater(below, above), Float4{});
+                    sum += outside * outside;
+                }
+                storeVector(&distances[4 * half], sum);
+                bits |= laneBits(sum <= allLanes(limit)) << (4 * half);
+            }
+            return bits;
         }
     };
 

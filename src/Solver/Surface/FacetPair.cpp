@@ -21,6 +21,11 @@ constexpr double flatFold = 1e-4; // sine of the angle
 /// Of a product of two differences, in parts of the factors' sizes: far more than its rounding.
 constexpr double rounding = 1e-12;
 
+/// The same in 32 bits, which decide most pairs: of facets that are far from each other but for
+/// what they share.
+constexpr float coarseRounding = 1e-5F;
+constexpr float leastProduct = 1e-30F;
+
 Corners cornersOf(const CorneredFacet& facet) {
     return {DVec3(facet.points[0]), DVec3(facet.points[1]), DVec3(facet.points[2])};
 }
@@ -168,6 +173,38 @@ FacetMeeting atEdge(
                : FacetMeeting::none;
 }
 
+float sizeOf(const Vec3& v) {
+    return std::abs(v.x) + std::abs(v.y) + std::abs(v.z);
+}
+
+/// Whether facets at a common corner surely lie on two sides of a plane through it.
+bool arePartedAtCorner(
+    const CorneredFacet& a, std::size_t i, const CorneredFacet& b, std::size_t j) {
+    const Vec3 corner = a.points[i];
+    const std::array<Vec3, 2> own{a.points[next(i)] - corner, a.points[next(next(i))] - corner};
+    const std::array<Vec3, 2> other{b.points[next(j)] - corner, b.points[next(next(j))] - corner};
+    const auto way = [](const std::array<Vec3, 2>& sides) {
+        return sides[0] * (1.0F / std::sqrt(squaredLength(sides[0]))) +
+               sides[1] * (1.0F / std::sqrt(squaredLength(sides[1])));
+    };
+    const Vec3 axis = way(own) - way(other);
+    const float bound = coarseRounding * sizeOf(axis);
+    const auto isAhead = [&](const Vec3& v) {
+        return dot(axis, v) > bound * sizeOf(v) + leastProduct;
+    };
+    return isAhead(own[0]) && isAhead(own[1]) && isAhead(-other[0]) && isAhead(-other[1]);
+}
+
+/// Whether facets at a common edge surely enclose more than a right angle.
+bool areSpreadAtEdge(const Vec3& from, const Vec3& to, const Vec3& a, const Vec3& b) {
+    const Vec3 along = to - from;
+    const Vec3 aSide = a - from;
+    const Vec3 bSide = b - from;
+    const float length = sizeOf(along);
+    const float bound = coarseRounding * (length * sizeOf(aSide)) * (length * sizeOf(bSide));
+    return dot(cross(along, aSide), cross(along, bSide)) < -bound - leastProduct;
+}
+
 /// The middle of what a segment and a triangle have in common.
 std::optional<DVec3> commonMiddle(const DVec3& p, const DVec3& q, const Corners& t) {
     if (!segmentMeetsTriangle(p, q, t))
@@ -208,15 +245,23 @@ FacetMeeting meetingOf(const CorneredFacet& a, const CorneredFacet& b, double to
     const auto first = static_cast<std::size_t>(std::countr_zero(shared));
     const std::size_t i = first / 3;
     const std::size_t j = first % 3;
-    const Corners p = cornersOf(a);
-    const Corners q = cornersOf(b);
     shared &= shared - 1;
     if (shared == 0) {
+        if (arePartedAtCorner(a, i, b, j))
+            return FacetMeeting::none;
+        const Corners p = cornersOf(a);
+        const Corners q = cornersOf(b);
         return atCorner(
             {p[i], p[next(i)], p[next(next(i))]}, {q[j], q[next(j)], q[next(next(j))]}, tolerance);
     }
     const auto second = static_cast<std::size_t>(std::countr_zero(shared));
-    return atEdge(p[i], p[second / 3], p[3 - i - second / 3], q[3 - j - second % 3], tolerance);
+    const Vec3& from = a.points[i];
+    const Vec3& to = a.points[second / 3];
+    const Vec3& own = a.points[3 - i - second / 3];
+    const Vec3& other = b.points[3 - j - second % 3];
+    if (areSpreadAtEdge(from, to, own, other))
+        return FacetMeeting::none;
+    return atEdge(DVec3(from), DVec3(to), DVec3(own), DVec3(other), tolerance);
 }
 
 DVec3 meetingPoint(const Corners& a, const Corners& b) {

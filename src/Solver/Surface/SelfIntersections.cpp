@@ -66,8 +66,8 @@ private:
                 unsigned hits = node.meeting(boxes[i]);
                 if (other == leaf)
                     hits &= ~0U << (i + 1);
-                candidates_ += std::popcount(hits);
                 for (; hits != 0; hits &= hits - 1) {
+                    ++candidates_;
                     look(facets_[leaf * BoxTree::width + i],
                         facets_[other * BoxTree::width +
                                 static_cast<std::size_t>(std::countr_zero(hits))]);

@@ -6,6 +6,7 @@
 #include <glm/geometric.hpp>
 
 #include <algorithm>
+#include <bit>
 #include <cmath>
 
 namespace ostrella {
@@ -51,22 +52,6 @@ struct Candidate {
     float distance;
     BoxTree::Step step;
 };
-
-/// Squared distances of `point` from a node's eight boxes.
-std::array<float, BoxTree::width> distances(const BoxTree::Node& node, const Vec3& point) {
-    std::array<float, BoxTree::width> result{};
-    for (std::size_t axis = 0; axis < 3; ++axis) {
-        const float at = point[static_cast<int>(axis)];
-        for (std::size_t i = 0; i < BoxTree::width; ++i) {
-            const float below = node.low[axis][i] - at;
-            const float above = at - node.high[axis][i];
-            float outside = below > above ? below : above;
-            outside = outside > 0 ? outside : 0;
-            result[i] += outside * outside;
-        }
-    }
-    return result;
-}
 
 } // namespace
 
@@ -153,12 +138,12 @@ std::optional<TriangleTree::Nearest> TriangleTree::nearest(
         const Candidate next = steps[--count];
         if (next.distance > limit)
             continue;
-        const auto distance = distances(tree_.at(next.step), at);
+        std::array<float, BoxTree::width> distance;
+        unsigned near = tree_.at(next.step).within(at, limit, distance);
         // The nearest child comes to lie on top.
         const std::size_t bottom = count;
-        for (std::size_t i = 0; i < BoxTree::width; ++i) {
-            if (!(distance[i] <= limit))
-                continue;
+        for (; near != 0; near &= near - 1) {
+            const auto i = static_cast<std::size_t>(std::countr_zero(near));
             const auto child = static_cast<std::uint32_t>(next.step.node * BoxTree::width + i);
             std::size_t place = count++;
             for (; place > bottom && steps[place - 1].distance < distance[i]; --place)

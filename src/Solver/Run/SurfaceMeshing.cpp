@@ -13,26 +13,15 @@
 
 namespace ostrella {
 
-namespace {
-
-/// What becomes of the body's own facets; of more than could be judged no census is taken.
-SurfaceRoad roadOf(const TriangleMesh& body, const std::optional<SurfaceFitness>& fitness,
-    const GMSHRunner::FarField& field) {
-    return fitness ? surfaceRoad(body.positions().span(), field.lcMin, field.lcMax) : SurfaceRoad();
-}
-
-} // namespace
-
-float preparedFacetEdge(const std::optional<SurfaceFitness>& fitness, const SurfaceRoad& road,
-    const GMSHRunner::FarField& field) {
+float preparedFacetEdge(
+    const std::optional<SurfaceFitness>& fitness, const GMSHRunner::FarField& field) {
     // A body under a millimetre has lcMin above its extent, which is lcMax; a point has no extent.
     const float wanted = field.lcMax > 0 ? std::min(field.lcMin, field.lcMax) : field.lcMin;
-    const bool even =
-        fitness && fitness->slivers.count == 0 && fitness->degenerateFacets.count == 0;
-    if (road.kind != SurfaceRoad::Kind::keep || !even) {
-        return wanted;
-    }
-    return std::clamp(road.typicalEdge, wanted / 4, wanted);
+    // What the mesher would keep as they are: the same bounds as those of its own road.
+    const bool even = fitness && fitness->slivers.count == 0 &&
+                      fitness->degenerateFacets.count == 0 && fitness->longestEdge <= 4 * wanted &&
+                      fitness->medianEdge >= wanted / 4;
+    return even ? std::min(fitness->medianEdge, wanted) : wanted;
 }
 
 SurfaceMeshing::SurfaceMeshing(const Setting& setting, TriangleMesh model, TriangleMesh body)
@@ -147,7 +136,7 @@ GMSHRunner::Output SurfaceMeshing::meshPrepared(bool isFurther) {
 void SurfaceMeshing::prepare() {
     const Date start = setting_.environment.clock->now();
     const auto field = GMSHRunner::farField(body_.boundingMin(), body_.boundingMax());
-    const float edge = preparedFacetEdge(fitness_, roadOf(body_, fitness_, field), field);
+    const float edge = preparedFacetEdge(fitness_, field);
     try {
         prepared_ = prepareSurface(model_, edge, setting_.token);
     } catch (const CancellationError&) {

@@ -8,7 +8,6 @@
 #include "Solver/Tools/GMSHRunner.h"
 #include "Solver/Tools/RunEnvironment.h"
 #include "Solver/Tools/RunLog.h"
-#include "Solver/Tools/SurfaceRoad.h"
 
 #include <filesystem>
 #include <optional>
@@ -79,9 +78,9 @@ private:
 };
 
 /// Size of the facets that a surface is prepared with, m: what the mesher wants on the body, or
-/// less where the body's own facets are even and finer. `fitness` may be absent; `road` is what
-/// becomes of the body's facets in the mesher.
-float preparedFacetEdge(const std::optional<SurfaceFitness>& fitness, const SurfaceRoad& road,
-    const GMSHRunner::FarField& field);
+/// less where the body's own facets are even and finer, as far as the mesher would keep those.
+/// `fitness` may be absent.
+float preparedFacetEdge(
+    const std::optional<SurfaceFitness>& fitness, const GMSHRunner::FarField& field);
 
 } // namespace ostrella

@@ -14,7 +14,6 @@ namespace {
 using testing::Contains;
 using testing::Not;
 using testing::StartsWith;
-using Kind = SurfaceRoad::Kind;
 
 class SurfaceState : public RunTest {
 protected:
@@ -167,35 +166,43 @@ TEST_F(SurfaceCancel, ofTheFirstAttemptIsNoReasonForASecond) {
 
 class FacetEdge : public testing::Test {
 protected:
+    /// For a body whose facets have edges of these lengths; 0.1 m is wanted on it.
+    float edge(float median, float longest) {
+        fitness_.medianEdge = median;
+        fitness_.longestEdge = longest;
+        return preparedFacetEdge(fitness_, field_);
+    }
+
     const GMSHRunner::FarField field_ = GMSHRunner::farField(Vec3(0), Vec3(2, 1, 1));
-    std::optional<SurfaceFitness> fitness_ = SurfaceFitness();
+    SurfaceFitness fitness_;
 };
 
 TEST_F(FacetEdge, isWhatTheMesherWantsOnTheBody) {
-    EXPECT_FLOAT_EQ(preparedFacetEdge(fitness_, {Kind::remesh, 0.03F}, field_), 0.1F);
-    EXPECT_FLOAT_EQ(preparedFacetEdge(fitness_, {Kind::refuse, 0.03F}, field_), 0.1F);
-    EXPECT_FLOAT_EQ(preparedFacetEdge(std::nullopt, {Kind::keep, 0.03F}, field_), 0.1F);
+    EXPECT_FLOAT_EQ(preparedFacetEdge(std::nullopt, field_), 0.1F);
+    EXPECT_FLOAT_EQ(edge(0.2F, 0.3F), 0.1F);
+    EXPECT_FLOAT_EQ(edge(1, 2), 0.1F);
 }
 
 TEST_F(FacetEdge, followsFacetsThatAreEvenAndFiner) {
-    EXPECT_FLOAT_EQ(preparedFacetEdge(fitness_, {Kind::keep, 0.03F}, field_), 0.03F);
-    EXPECT_FLOAT_EQ(preparedFacetEdge(fitness_, {Kind::keep, 0.2F}, field_), 0.1F);
-    EXPECT_FLOAT_EQ(preparedFacetEdge(fitness_, {Kind::keep, 0.001F}, field_), 0.025F);
+    EXPECT_FLOAT_EQ(edge(0.03F, 0.4F), 0.03F);
+    EXPECT_FLOAT_EQ(edge(0.025F, 0.1F), 0.025F);
 }
 
-TEST_F(FacetEdge, doesNotFollowUnevenFacets) {
-    fitness_->slivers.count = 1;
-    EXPECT_FLOAT_EQ(preparedFacetEdge(fitness_, {Kind::keep, 0.03F}, field_), 0.1F);
-    fitness_->slivers.count = 0;
-    fitness_->degenerateFacets.count = 1;
-    EXPECT_FLOAT_EQ(preparedFacetEdge(fitness_, {Kind::keep, 0.03F}, field_), 0.1F);
+TEST_F(FacetEdge, doesNotFollowFacetsThatTheMesherWouldNotKeep) {
+    EXPECT_FLOAT_EQ(edge(0.024F, 0.1F), 0.1F) << "much finer than what is wanted";
+    EXPECT_FLOAT_EQ(edge(0.03F, 0.41F), 0.1F) << "of very different lengths";
+    fitness_.slivers.count = 1;
+    EXPECT_FLOAT_EQ(edge(0.03F, 0.1F), 0.1F);
+    fitness_.slivers.count = 0;
+    fitness_.degenerateFacets.count = 1;
+    EXPECT_FLOAT_EQ(edge(0.03F, 0.1F), 0.1F);
 }
 
 TEST_F(FacetEdge, fitsIntoABodyUnderAMillimetre) {
     const auto small = GMSHRunner::farField(Vec3(0), Vec3(0.0005F, 0.0002F, 0.0002F));
-    EXPECT_FLOAT_EQ(preparedFacetEdge(fitness_, {Kind::remesh, 1}, small), 0.0005F);
+    EXPECT_FLOAT_EQ(preparedFacetEdge(std::nullopt, small), 0.0005F);
     const auto point = GMSHRunner::farField(Vec3(0), Vec3(0));
-    EXPECT_FLOAT_EQ(preparedFacetEdge(fitness_, {Kind::remesh, 0}, point), 0.001F);
+    EXPECT_FLOAT_EQ(preparedFacetEdge(std::nullopt, point), 0.001F);
 }
 
 } // namespace

@@ -1,5 +1,6 @@
 #include "Solver/Surface/SurfacePreparer.h"
 
+#include "Solver/Geometry/WeldGrid.h"
 #include "Solver/Geometry/Welding.h"
 #include "Solver/Surface/Coarsening.h"
 #include "Solver/Surface/Deviation.h"
@@ -25,7 +26,9 @@ namespace ostrella {
 
 namespace {
 
-/// Facets are at most this part of the body's extent.
+/// Lengths here are parts of the body's largest extent.
+///
+/// Facets are at most this large.
 constexpr double mostFacetShare = 0.2;
 /// Cells along the edge of a facet.
 constexpr double cellsPerFacet = 6;
@@ -52,9 +55,11 @@ constexpr int eveningRounds = 4;
 constexpr std::array smallDetails{0.25, 0.4};
 constexpr double looseTolerance = 0.05;
 
-/// The model about its middle, without what has no area of its own.
+/// The model about its middle, in units of its largest extent, without facets that collapse or are
+/// there twice.
 struct Soup {
-    DVec3 middle{0};
+    DVec3 middle{0}; ///< m
+    double unit = 0; ///< m
     DVec3 half{0};
     IndexedSurface surface;
 };
@@ -64,10 +69,14 @@ Soup soupOf(const TriangleMesh& model) {
     const DVec3 low(model.boundingMin());
     const DVec3 high(model.boundingMax());
     soup.middle = (low + high) * 0.5;
-    soup.half = (high - low) * 0.5;
+    soup.unit = std::max({high.x - low.x, high.y - low.y, high.z - low.z});
+    if (!(soup.unit > 0) || !WeldGrid(model.boundingBox()).covers(model.boundingBox())) {
+        return soup;
+    }
+    soup.half = (high - low) * (0.5 / soup.unit);
     const WeldedMesh shared = welded(model);
     for (const Vec3& position : shared.positions) {
-        soup.surface.vertices.push_back(DVec3(position) - soup.middle);
+        soup.surface.vertices.push_back((DVec3(position) - soup.middle) / soup.unit);
     }
     struct Facet {
         Triangle sorted;
@@ -107,7 +116,7 @@ std::vector<DVec3> unitNormals(const IndexedSurface& surface) {
     return normals;
 }
 
-TriangleMesh meshOf(const IndexedSurface& surface, const DVec3& middle) {
+TriangleMesh meshOf(const IndexedSurface& surface, const Soup& soup) {
     std::vector<Vec3> positions;
     std::vector<Vec3> normals;
     positions.reserve(3 * surface.triangles.size());
@@ -115,14 +124,15 @@ TriangleMesh meshOf(const IndexedSurface& surface, const DVec3& middle) {
     const std::vector<DVec3> units = unitNormals(surface);
     for (std::size_t i = 0; i < surface.triangles.size(); ++i) {
         for (const std::uint32_t corner : surface.triangles[i]) {
-            positions.emplace_back(surface.vertices[corner] + middle);
+            positions.emplace_back(surface.vertices[corner] * soup.unit + soup.middle);
             normals.emplace_back(units[i]);
         }
     }
     return {std::move(positions), std::move(normals)};
 }
 
-void measureEdges(const IndexedSurface& surface, SurfacePreparation& facts) {
+/// In metres.
+void measureEdges(const IndexedSurface& surface, double unit, SurfacePreparation& facts) {
     std::vector<double> lengths;
     for (const Triangle& t : surface.triangles) {
         for (int i = 0; i < 3; ++i) {
@@ -135,9 +145,9 @@ void measureEdges(const IndexedSurface& surface, SurfacePreparation& facts) {
     }
     const auto middle = lengths.begin() + static_cast<std::ptrdiff_t>(lengths.size() / 2);
     std::ranges::nth_element(lengths, middle);
-    facts.medianEdge = *middle;
-    facts.shortestEdge = std::ranges::min(lengths);
-    facts.longestEdge = std::ranges::max(lengths);
+    facts.medianEdge = *middle * unit;
+    facts.shortestEdge = std::ranges::min(lengths) * unit;
+    facts.longestEdge = std::ranges::max(lengths) * unit;
 }
 
 /// The number of pieces that hang together.
@@ -174,8 +184,7 @@ struct FittedWrap {
 FittedWrap wrapOf(const TriangleTree& tree, const DVec3& half, double wantedEdge,
     const CancellationToken& token) {
     FittedWrap result;
-    const double extent = 2 * std::max({half.x, half.y, half.z});
-    result.spacing = std::max(wantedEdge / cellsPerFacet, extent / mostCellsAlong);
+    result.spacing = std::max(wantedEdge / cellsPerFacet, 1 / mostCellsAlong);
     while (true) {
         result.wrap = wrapped(tree, -half, half,
             {.spacing = result.spacing, .offset = offsetCells * result.spacing}, token);
@@ -212,8 +221,6 @@ PreparationError::PreparationError(std::string text) : text_(std::move(text)) {}
 PreparedSurface prepareSurface(
     const TriangleMesh& model, float facetEdge, const CancellationToken& token) {
     Soup soup = soupOf(model);
-    const DVec3 size = soup.half * 2.0;
-    const double extent = std::max({size.x, size.y, size.z});
     const auto hasArea = [](const DVec3& normal) { return normal != DVec3(0); };
     std::vector<DVec3> normals = unitNormals(soup.surface);
     if (std::ranges::none_of(normals, hasArea) || !(facetEdge > 0)) {
@@ -222,7 +229,7 @@ PreparedSurface prepareSurface(
             "({:.4g}, {:.4g}, {:.4g})",
             soup.middle.x, soup.middle.y, soup.middle.z));
     }
-    const double wantedEdge = std::min(double{facetEdge}, extent * mostFacetShare);
+    const double wantedEdge = std::min(facetEdge / soup.unit, mostFacetShare);
 
     PreparedSurface result;
     SurfacePreparation& facts = result.facts;
@@ -243,9 +250,10 @@ PreparedSurface prepareSurface(
     const FittedWrap laid = wrapOf(tree, soup.half, wantedEdge, token);
     const double edge = laid.edge;
     const double spacing = laid.spacing;
-    facts.gapWidth = 2 * offsetCells * spacing;
-    facts.sheetThickness = sheetThickness * edge;
-    const FitModel fit{tree, normals, isOpen, facts.sheetThickness};
+    const double thickness = sheetThickness * edge;
+    facts.gapWidth = 2 * offsetCells * spacing * soup.unit;
+    facts.sheetThickness = thickness * soup.unit;
+    const FitModel fit{tree, normals, isOpen, thickness};
     const WrapTargets targets = fitWrap(laid.wrap, fit, offsetCells * spacing, spacing, token);
     EmbeddedMesh mesh(laid.wrap, cellsPerBin * spacing,
         {.distance = clearance * spacing, .angleCosine = std::cos(leastFold)});
@@ -254,7 +262,7 @@ PreparedSurface prepareSurface(
 
     std::vector<double> lifts;
     for (const std::uint8_t isOnSheet : targets.isOnSheet) {
-        lifts.push_back(isOnSheet != 0 ? facts.sheetThickness / 2 : 0);
+        lifts.push_back(isOnSheet != 0 ? thickness / 2 : 0);
     }
     Coarsening coarsening(mesh, tree, targets.points, lifts,
         {.leastEdge = edge, .mostEdge = longestEdge * edge, .tolerance = tolerance * edge});
@@ -273,10 +281,10 @@ PreparedSurface prepareSurface(
 
     const IndexedSurface surface = mesh.surface();
     facts.facets = static_cast<std::int64_t>(surface.triangles.size());
-    facts.deviation = greatestDistance(surface, tree, edge / 8, token);
+    facts.deviation = greatestDistance(surface, tree, edge / 8, token) * soup.unit;
     facts.bodies = componentCount(surface);
-    measureEdges(surface, facts);
-    result.mesh = meshOf(surface, soup.middle);
+    measureEdges(surface, soup.unit, facts);
+    result.mesh = meshOf(surface, soup);
     return result;
 }
 

@@ -25,6 +25,9 @@ constexpr double hover = 0.02;
 constexpr double sheetCells = 0.5;
 /// Concave edges are met from at most this far, in cells.
 constexpr double creaseReach = 1.6;
+/// How far of the way vertices go to a concave edge: those that come from its two sides must not
+/// fall together.
+constexpr double creaseShare = 0.8;
 /// Cosine of the angle between the sides of a concave edge that is worth meeting.
 constexpr double creaseCosine = 0.8;
 
@@ -157,7 +160,7 @@ WrapTargets fitWrap(const IndexedSurface& wrap, const FitModel& model, double of
             const double lift = targets.isOnSheet[i] != 0 ? model.sheetThickness / 2 : 0.0;
             const auto nearest = model.tree.nearest(goal);
             if (std::abs(nearest->distance - lift) < 0.3 * spacing) {
-                met[i] = goal;
+                met[i] = glm::mix(targets.points[i], goal, creaseShare);
             }
         }
     });

@@ -88,6 +88,8 @@ BoxTree::BoxTree(std::span<const FloatBox> boxes, const CancellationToken& token
         if (own == 1)
             return;
         for (std::size_t child = 0; child < own; ++child) {
+            if (child % (1 << 14) == 0)
+                token.throwIfCancelled();
             const FloatBox box = whole(nodes_[levels_[level] + child]);
             put(nodes_[levels_[level + 1] + child / width], child % width, box.low, box.high);
         }

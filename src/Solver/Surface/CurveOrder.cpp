@@ -52,7 +52,8 @@ Vec3 middleOf(const FloatBox& box) {
 }
 
 /// Sorts by the key in the upper bits: three passes of 11 bits each, stable.
-void sortByKey(std::uint64_t* values, std::uint64_t* scratch, std::size_t count) {
+void sortByKey(std::uint64_t* values, std::uint64_t* scratch, std::size_t count,
+    const CancellationToken& token) {
     if (count < 512) {
         std::sort(values, values + count);
         return;
@@ -69,6 +70,7 @@ void sortByKey(std::uint64_t* values, std::uint64_t* scratch, std::size_t count)
     std::uint64_t* from = values;
     std::uint64_t* to = scratch;
     for (std::size_t pass = 0; pass < 3; ++pass) {
+        token.throwIfCancelled();
         std::size_t sum = 0;
         for (std::size_t& start : starts[pass])
             sum += std::exchange(start, sum);
@@ -113,7 +115,7 @@ void order(std::span<const FloatBox> boxes, std::span<std::uint64_t> values,
         }
     });
     token.throwIfCancelled();
-    sortByKey(values.data(), scratch.data(), values.size());
+    sortByKey(values.data(), scratch.data(), values.size(), token);
     if (level == mostLevels)
         return;
     for (std::size_t first = 0; first < values.size();) {

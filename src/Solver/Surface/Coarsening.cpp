@@ -20,6 +20,8 @@ namespace {
 constexpr double stiffness = 0.01;
 /// Triangles of at least this quality may come from better ones.
 constexpr double decentQuality = 0.35;
+/// The same where small details go.
+constexpr double poorQuality = 0.2;
 /// Cosine of the most that a triangle turns in one step.
 constexpr double leastTurnCosine = 0.3;
 /// Below this quality a triangle has no direction worth keeping.
@@ -110,7 +112,9 @@ void Coarsening::collapseLoosely(double leastEdge, double extra, const Cancellat
     for (double& reach : reaches_) {
         reach += extra;
     }
+    isLoose_ = true;
     collapse(token);
+    isLoose_ = false;
     goal_ = goal;
 }
 
@@ -207,7 +211,7 @@ bool Coarsening::collapseAt(std::uint32_t edge) {
 bool Coarsening::collapseTo(std::uint32_t edge, const DVec3& position, double qualityBefore) {
     const std::uint32_t gone = mesh_.from(edge);
     const std::uint32_t kept = mesh_.to(edge);
-    const double leastQuality = std::min(qualityBefore, decentQuality);
+    const double leastQuality = std::min(qualityBefore, isLoose_ ? poorQuality : decentQuality);
     std::size_t number = 0;
     for (const std::uint32_t vertex : {gone, kept}) {
         const DVec3& old = mesh_.position(vertex);
@@ -222,7 +226,7 @@ bool Coarsening::collapseTo(std::uint32_t edge, const DVec3& position, double qu
                 sound = false;
                 return;
             }
-            if (TriangleShape::quality(old, side.a, side.b) < flatQuality) {
+            if (isLoose_ || TriangleShape::quality(old, side.a, side.b) < flatQuality) {
                 return;
             }
             const DVec3 before = glm::cross(side.a - old, side.b - old);
@@ -236,7 +240,9 @@ bool Coarsening::collapseTo(std::uint32_t edge, const DVec3& position, double qu
     }
     return passesSamples(firstSample_[gone], position) &&
            passesSamples(firstSample_[kept], position) &&
-           followsModel(position, std::max(greatestLift(gone), greatestLift(kept))) &&
+           (followsModel(
+                position, goal_.tolerance + std::max(greatestLift(gone), greatestLift(kept))) ||
+               followsModel(position, strayingAround(edge))) &&
            mesh_.tryCollapse(edge, position);
 }
 
@@ -260,12 +266,23 @@ double Coarsening::greatestLift(std::uint32_t vertex) const {
     return lift;
 }
 
-bool Coarsening::staysNear(const DVec3& point, double lift) const {
-    return model_.nearest(point, goal_.tolerance + lift).has_value();
+double Coarsening::strayingAround(std::uint32_t edge) const {
+    // Across a narrow wedge the surface is off the model, and may stay so.
+    double most = 0;
+    for (const std::uint32_t vertex : {mesh_.from(edge), mesh_.to(edge)}) {
+        mesh_.visitRing(vertex, [&](std::uint32_t spoke) {
+            const Corners corners = mesh_.cornersOf(spoke / 3);
+            const DVec3 middle = (corners[0] + corners[1] + corners[2]) / 3.0;
+            const DVec3 side = (mesh_.position(vertex) + mesh_.position(mesh_.to(spoke))) * 0.5;
+            most =
+                std::max({most, model_.nearest(middle)->distance, model_.nearest(side)->distance});
+        });
+    }
+    return most;
 }
 
-bool Coarsening::followsModel(const DVec3& apex, double lift) const {
-    const auto strays = [&](const DVec3& point) { return !staysNear(point, lift); };
+bool Coarsening::followsModel(const DVec3& apex, double most) const {
+    const auto strays = [&](const DVec3& point) { return !model_.nearest(point, most); };
     // Short sides cannot stray: their ends are on the model.
     const double shortSide = 4 * goal_.tolerance;
     return std::ranges::none_of(sides_, [&](const Side& side) {
@@ -294,7 +311,8 @@ bool Coarsening::isFlipWorthwhile(std::uint32_t edge) const {
     const DVec3 shift = (left + right - start - end) * 0.5;
     const double rise = std::abs(glm::dot(shift, glm::normalize(first + second)));
     return glm::dot(first, second) > 0 && rise < goal_.tolerance &&
-           staysNear((left + right) * 0.5, greatestLift(mesh_.from(edge)));
+           model_.nearest((left + right) * 0.5, goal_.tolerance + greatestLift(mesh_.from(edge)))
+               .has_value();
 }
 
 void Coarsening::flip(const CancellationToken& token) {
@@ -334,7 +352,8 @@ void Coarsening::relax(const CancellationToken& token) {
         for (const double step : {1.0, 0.5, 0.25}) {
             const DVec3 place = glm::mix(old, goal, step);
             if (passesSamples(firstSample_[vertex], place) &&
-                followsModel(place, greatestLift(vertex)) && moveEvenly(vertex, place, quality)) {
+                followsModel(place, goal_.tolerance + greatestLift(vertex)) &&
+                moveEvenly(vertex, place, quality)) {
                 break;
             }
         }

@@ -76,8 +76,9 @@ private:
     bool collapseAt(std::uint32_t edge);
     bool collapseTo(std::uint32_t edge, const DVec3& position, double qualityBefore);
     bool passesSamples(std::uint32_t first, const DVec3& apex) const;
-    bool followsModel(const DVec3& apex, double lift) const;
-    bool staysNear(const DVec3& point, double lift) const;
+    bool followsModel(const DVec3& apex, double most) const;
+    /// How far the triangles around both ends of an edge are from the model now.
+    double strayingAround(std::uint32_t edge) const;
     /// Of a vertex and its neighbours.
     double greatestLift(std::uint32_t vertex) const;
     bool isFlipWorthwhile(std::uint32_t edge) const;
@@ -85,6 +86,7 @@ private:
     EmbeddedMesh& mesh_;
     const TriangleTree& model_;
     CoarseningGoal goal_;
+    bool isLoose_ = false;
     std::vector<Quadric> quadrics_;
     std::vector<DVec3> samples_;
     std::vector<double> reaches_;    ///< of each sample: how far from it the surface may pass

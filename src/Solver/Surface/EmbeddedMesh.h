@@ -97,9 +97,13 @@ private:
 
     bool touches(const Triangle& vertices, const Corners& corners, const Triangle& otherVertices,
         const Corners& otherCorners) const;
+    /// Whether the proposed triangles, which close a circle around the vertex `apex`, all face one
+    /// way and go around once, so that none can touch another; the quick answer for most.
+    static bool isFlatFan(std::span<const Proposal> proposals, std::uint32_t apex);
     /// Whether the proposed triangles touch each other or any that is not among them; `vanishing`
-    /// ones do not count.
-    bool isFree(std::span<const Proposal> proposals, std::span<const std::uint32_t> vanishing);
+    /// ones do not count. `apex` is the vertex that they go around, or none.
+    bool isFree(std::span<const Proposal> proposals, std::uint32_t apex,
+        std::span<const std::uint32_t> vanishing);
     void replace(std::span<const Proposal> proposals);
     void linkTwins(std::uint32_t a, std::uint32_t b);
 

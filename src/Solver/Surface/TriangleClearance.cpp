@@ -35,16 +35,19 @@ bool parts(const DVec3& axis, const Corners& a, const Corners& b, double clearan
     return std::max(first.low - second.high, second.low - first.high) > clearance * length;
 }
 
-/// Whether `value` is clearly above zero for a product of vectors of these lengths.
-bool above(double value, double lengths) {
-    return value > leastAngle * lengths;
+/// All of these unit vectors lean towards `axis` by a clear angle.
+bool allLeanTowards(const DVec3& axis, const std::array<DVec3, 4>& vectors) {
+    const double least = leastAngle * std::sqrt(glm::dot(axis, axis));
+    return least > 0 &&
+           std::ranges::all_of(vectors, [&](const DVec3& v) { return glm::dot(axis, v) > least; });
 }
 
-/// Both of `pair` lie clearly on the given side (+1 or −1) of the plane across `axis`.
-bool beyond(const DVec3& axis, const std::array<DVec3, 2>& pair, double side) {
-    const double length = glm::length(axis);
-    return above(side * glm::dot(axis, pair[0]), length * glm::length(pair[0])) &&
-           above(side * glm::dot(axis, pair[1]), length * glm::length(pair[1]));
+/// Two unit vectors lie clearly on the same side of the plane across `axis`.
+bool beyond(const DVec3& axis, const DVec3& first, const DVec3& second) {
+    const double least = leastAngle * std::sqrt(glm::dot(axis, axis));
+    const double a = glm::dot(axis, first);
+    const double b = glm::dot(axis, second);
+    return least > 0 && ((a > least && b > least) || (a < -least && b < -least));
 }
 
 /// A direction that all four unit vectors lean towards clearly, if there is one: the sum of those
@@ -78,10 +81,7 @@ bool inOneHalfSpace(const std::array<DVec3, 4>& vectors) {
             consider(glm::cross(normal, vectors[j]));
         }
     }
-    const double length = glm::length(sum);
-    return length > 0 && std::ranges::all_of(vectors, [&](const DVec3& v) {
-        return glm::dot(sum, v) > leastAngle * length;
-    });
+    return allLeanTowards(sum, vectors);
 }
 
 } // namespace
@@ -118,20 +118,17 @@ bool apart(const Corners& a, const Corners& b, double clearance) {
 
 bool apartBeyondCorner(
     const DVec3& apex, const std::array<DVec3, 2>& a, const std::array<DVec3, 2>& b) {
-    const std::array<DVec3, 2> p{a[0] - apex, a[1] - apex};
-    const std::array<DVec3, 2> q{b[0] - apex, b[1] - apex};
-    const DVec3 normalP = glm::cross(p[0], p[1]);
-    if (beyond(normalP, q, 1) || beyond(normalP, q, -1)) {
-        return true;
-    }
-    const DVec3 normalQ = glm::cross(q[0], q[1]);
-    if (beyond(normalQ, p, 1) || beyond(normalQ, p, -1)) {
-        return true;
-    }
+    const std::array<DVec3, 4> leaning{glm::normalize(a[0] - apex), glm::normalize(a[1] - apex),
+        -glm::normalize(b[0] - apex), -glm::normalize(b[1] - apex)};
     // Cones share nothing but their tip if some plane has one of them before it and the other
-    // behind.
-    return inOneHalfSpace(
-        {glm::normalize(p[0]), glm::normalize(p[1]), -glm::normalize(q[0]), -glm::normalize(q[1])});
+    // behind. Most lead away from each other: the plane across both middles will do.
+    if (allLeanTowards(leaning[0] + leaning[1] + leaning[2] + leaning[3], leaning)) {
+        return true;
+    }
+    const DVec3 normalA = glm::cross(leaning[0], leaning[1]);
+    const DVec3 normalB = glm::cross(leaning[2], leaning[3]);
+    return beyond(normalA, leaning[2], leaning[3]) || beyond(normalB, leaning[0], leaning[1]) ||
+           inOneHalfSpace(leaning);
 }
 
 bool apartBeyondEdge(

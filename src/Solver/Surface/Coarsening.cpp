@@ -17,7 +17,7 @@ namespace {
 
 /// How lightly the planes of a vertex are held to where its edge was; directions with less weight
 /// than this count as free.
-constexpr double stiffness = 0.01;
+constexpr double stiffness = 0.001;
 /// Triangles of at least this quality may come from better ones.
 constexpr double decentQuality = 0.35;
 /// The same where small details go.

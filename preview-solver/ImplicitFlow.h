@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <limits>
 
 namespace ostrella::preview {
 
@@ -70,7 +71,8 @@ public:
         gradients_.template compute<vars>(w.data(), fields_.gradient.data());
         if (!config_.muscl || config_.limiter == Limiter::none)
             return;
-        if (iteration_++ > config_.limiterIterations)
+        ++iteration_;
+        if (limiterIsHeld())
             return;
         double square[vars];
         permitted(square);
@@ -90,6 +92,7 @@ public:
                     report.residuals[v] += residual_[i * vars + v] * residual_[i * vars + v];
         for (auto& each : report.residuals)
             each = std::sqrt(each / static_cast<double>(dual_.size()));
+        watchGrowth(report.residuals);
 #pragma omp parallel for schedule(static)
         for (std::size_t k = 0; k < residual_.size(); ++k)
             residual_[k] = -residual_[k];
@@ -114,6 +117,25 @@ public:
     }
 
 private:
+    /// Whether slopes are scaled as LIMITER_ITER left them, which lets the residuals fall further.
+    [[nodiscard]] bool limiterIsHeld() const {
+        return iteration_ > config_.limiterIterations + 1 && !limiterIsFreed_;
+    }
+
+    /// At points with neighbours badly placed, as about flat cells, slopes that are held can feed
+    /// themselves and grow without end. Residuals ten times those reached show it; the limiter is
+    /// computed again from then on.
+    void watchGrowth(const std::vector<double>& residuals) {
+        if (!limiterIsHeld())
+            return;
+        double size = 0;
+        for (const double each : residuals)
+            size += each * each;
+        size = std::sqrt(size);
+        leastHeld_ = std::min(leastHeld_, size);
+        limiterIsFreed_ = size > 10 * leastHeld_;
+    }
+
     /// The squares of the fluctuations that the limiter lets pass, from SI units.
     void permitted(double* square) const {
         const auto& w = fields_.state;
@@ -209,8 +231,11 @@ private:
     LinearSolver<vars> linear_;
     double fastest_ = 1;
     std::vector<double> limiter_;
-    /// Of `prepare`, from 0.
+    /// Of `prepare` with a limiter, from 1.
     int iteration_ = 0;
+    bool limiterIsFreed_ = false;
+    /// The least size of the residuals since the limiter is held.
+    double leastHeld_ = std::numeric_limits<double>::max();
     std::vector<double> residual_;
     std::vector<double> change_;
     std::vector<double> timeSteps_;

@@ -69,9 +69,9 @@ struct SurfaceFitness {
     bool isFit() const {
         return facets > 0 && openEdges.count == 0 && nonManifoldEdges.count == 0 &&
                duplicatedFacets.count == 0 && inconsistentEdges.count == 0 &&
-               degenerateFacets.count == 0 && selfIntersections.count == 0 &&
-               overlaps.count == 0 && insideOutShells.count == 0 && innerShells.count == 0 &&
-               cuttingShells.count == 0 && !isCutShort;
+               degenerateFacets.count == 0 && selfIntersections.count == 0 && overlaps.count == 0 &&
+               insideOutShells.count == 0 && innerShells.count == 0 && cuttingShells.count == 0 &&
+               !isCutShort;
     }
 
     bool operator==(const SurfaceFitness&) const = default;

@@ -5,6 +5,7 @@
 #include "Models/MeshedSurface.h"
 #include "Models/RunState.h"
 #include "Models/SurfaceFitness.h"
+#include "Solver/Tools/MeshQuality.h"
 #include "Solver/Tools/SU2ConfigReader.h"
 
 #include <cstdint>
@@ -32,6 +33,8 @@ struct SurfaceFacts {
     std::optional<MeshedSurface> meshed;
     /// The file with the latter, if it was written.
     std::optional<std::filesystem::path> file;
+    /// Of the mesh around it; absent where there is none, or it could not be measured.
+    std::optional<MeshQuality> quality = std::nullopt;
 };
 
 /// The picture of a run.

@@ -278,6 +278,9 @@ void BatchRun::prepare() {
             preparedSurface_.fitness = *fitness;
         } else if (const auto* surface = std::get_if<MeshedSurface>(&event)) {
             preparedSurface_.meshed = *surface;
+            preparedSurface_.quality.reset();
+        } else if (const auto* quality = std::get_if<MeshQuality>(&event)) {
+            preparedSurface_.quality = *quality;
         }
     };
     Background::run(

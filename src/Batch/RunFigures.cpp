@@ -50,8 +50,8 @@ BatchReport collect(const OstrellaApp& app, const BatchOptions& options) {
             referenceArea(SolverFrame::toSolver(rotated(*mesh, app.parameters.rotationRadians())));
     }
     if (!options.demo && !options.resultsFolder && !options.noRun) {
-        report.surface = {
-            app.simulation.surfaceFitness(), app.simulation.meshedSurface(), std::nullopt};
+        report.surface = {app.simulation.surfaceFitness(), app.simulation.meshedSurface(),
+            std::nullopt, app.simulation.meshQuality()};
     }
     if (const auto& result = app.parameters.lastRunResult()) {
         report.stopReason = result->stopReason;

@@ -50,6 +50,14 @@ Json preparationOf(const SurfacePreparation& facts) {
     return json;
 }
 
+Json qualityOf(const MeshQuality& quality) {
+    Json json;
+    json["leastGamma"] = quality.leastGamma;
+    json["firstPercentileGamma"] = quality.firstPercentileGamma;
+    json["invertedCells"] = quality.inverted;
+    return json;
+}
+
 } // namespace
 
 Json surfaceOf(const BatchReport& report) {
@@ -68,6 +76,7 @@ Json surfaceOf(const BatchReport& report) {
             json["preparation"] = preparationOf(*surface.meshed->preparation);
         }
     }
+    json["meshQuality"] = surface.quality ? qualityOf(*surface.quality) : Json();
     json["file"] = surface.file ? Json(surface.file->string()) : Json();
     return json;
 }

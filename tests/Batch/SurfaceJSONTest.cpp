@@ -18,7 +18,7 @@ TEST(SurfaceJSON, IsNullWhereNoModelWasToBeMeshed) {
 TEST(SurfaceJSON, HasNullsForWhatIsNotKnown) {
     EXPECT_EQ(surfaceOf(reportOf({})),
         Json::parse(R"({"choice": "auto", "road": null, "fitness": null, "preparation": null,
-            "file": null})"));
+            "meshQuality": null, "file": null})"));
 }
 
 TEST(SurfaceJSON, TellsTheFitnessWithCountsAndPlaces) {
@@ -51,7 +51,7 @@ TEST(SurfaceJSON, TellsTheFitnessWithCountsAndPlaces) {
             "cuttingShells": {"count": 0, "places": []},
             "cutShort": true, "extent_m": 2.0, "shortestEdge_m": 0.5, "medianEdge_m": 1.0, "longestEdge_m": 1.5,
             "volume_m3": -0.75, "area_m2": 5.5},
-        "preparation": null, "file": null})"));
+        "preparation": null, "meshQuality": null, "file": null})"));
 }
 
 TEST(SurfaceJSON, TellsWhatThePreparationDid) {
@@ -67,8 +67,9 @@ TEST(SurfaceJSON, TellsWhatThePreparationDid) {
     facts.shortestEdge = 0.5;
     facts.medianEdge = 1;
     facts.longestEdge = 2;
-    BatchReport report =
-        reportOf({std::nullopt, MeshedSurface{TriangleMesh(), facts, 1.5}, "/out/surface.stl"});
+    BatchReport report = reportOf({std::nullopt, MeshedSurface{TriangleMesh(), facts, 1.5},
+        "/out/surface.stl",
+        MeshQuality{.cells = 7, .inverted = 2, .leastGamma = 0.25, .firstPercentileGamma = 0.375}});
     report.options.surface = SurfaceChoice::prepared;
     EXPECT_EQ(surfaceOf(report), Json::parse(R"({"choice": "prepared", "road": "prepared",
         "fitness": null,
@@ -76,6 +77,7 @@ TEST(SurfaceJSON, TellsWhatThePreparationDid) {
             "sheetsThickened": 4, "shellsRemoved": 5, "gapWidth_m": 0.125,
             "sheetThickness_m": 0.25, "shortestEdge_m": 0.5, "medianEdge_m": 1.0,
             "longestEdge_m": 2.0},
+        "meshQuality": {"leastGamma": 0.25, "firstPercentileGamma": 0.375, "invertedCells": 2},
         "file": "/out/surface.stl"})"));
 }
 

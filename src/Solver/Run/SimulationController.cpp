@@ -171,6 +171,8 @@ void SimulationController::apply(const SolverRunner::Event& event, std::int64_t 
         setSurfaceFitness(*fitness);
     } else if (const auto* surface = std::get_if<MeshedSurface>(&event)) {
         setMeshedSurface(*surface);
+    } else if (const auto* quality = std::get_if<MeshQuality>(&event)) {
+        setMeshQuality(*quality);
     }
 }
 
@@ -338,7 +340,13 @@ void SimulationController::setSurfaceFitness(std::optional<SurfaceFitness> fitne
 
 void SimulationController::setMeshedSurface(std::optional<MeshedSurface> surface) {
     meshedSurface_ = std::move(surface);
+    setMeshQuality(std::nullopt);
     Q_EMIT meshedSurfaceChanged();
+}
+
+void SimulationController::setMeshQuality(std::optional<MeshQuality> quality) {
+    meshQuality_ = quality;
+    Q_EMIT meshQualityChanged();
 }
 
 void SimulationController::setMaxIterations(int iterations) {

@@ -57,6 +57,8 @@ public:
     const std::optional<SurfaceFitness>& surfaceFitness() const { return surfaceFitness_; }
     /// The surface that the mesher was given by the last started run; absent as the former is.
     const std::optional<MeshedSurface>& meshedSurface() const { return meshedSurface_; }
+    /// Of the mesh around that surface; absent where it could not be measured.
+    const std::optional<MeshQuality>& meshQuality() const { return meshQuality_; }
     /// Limit of the last started run.
     int maxIterations() const { return maxIterations_; }
     /// The user asked for a stop, and the run has not ended.
@@ -98,6 +100,7 @@ Q_SIGNALS:
     void meshCellsChanged();
     void surfaceFitnessChanged();
     void meshedSurfaceChanged();
+    void meshQualityChanged();
     void maxIterationsChanged();
     void isCancellingChanged();
 
@@ -119,7 +122,9 @@ private:
     void setSummary(std::optional<RunSummary> summary);
     void setMeshCells(std::optional<std::int64_t> cells);
     void setSurfaceFitness(std::optional<SurfaceFitness> fitness);
+    /// The quality of an earlier mesh goes with its surface.
     void setMeshedSurface(std::optional<MeshedSurface> surface);
+    void setMeshQuality(std::optional<MeshQuality> quality);
     void setMaxIterations(int iterations);
     void setIsCancelling(bool cancelling);
 
@@ -132,6 +137,7 @@ private:
     std::optional<std::int64_t> meshCells_;
     std::optional<SurfaceFitness> surfaceFitness_;
     std::optional<MeshedSurface> meshedSurface_;
+    std::optional<MeshQuality> meshQuality_;
     int maxIterations_ = SimulationInputs().maxIterations;
     bool isCancelling_ = false;
 

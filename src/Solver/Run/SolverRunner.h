@@ -6,6 +6,7 @@
 #include "Models/SimulationInputs.h"
 #include "Models/SurfaceFitness.h"
 #include "Models/TriangleMesh.h"
+#include "Solver/Tools/MeshQuality.h"
 #include "Solver/Tools/RunEnvironment.h"
 #include "Solver/Tools/RunLog.h"
 
@@ -41,8 +42,10 @@ public:
     };
     /// What the driver reports while it works. The fitness is that of the model as it was turned,
     /// its places in the application's frame of axes; of surfaces that are given to the mesher one
-    /// after the other each is reported.
-    using Event = std::variant<RunPhase, MeshCells, RunDirectory, SurfaceFitness, MeshedSurface>;
+    /// after the other each is reported and then the quality of its mesh, and at the end the one
+    /// whose mesh was kept.
+    using Event =
+        std::variant<RunPhase, MeshCells, RunDirectory, SurfaceFitness, MeshedSurface, MeshQuality>;
     /// Called on the main thread; may be empty.
     using Events = std::function<void(const Event&)>;
 

@@ -5,6 +5,7 @@
 #include "Solver/Run/SolverLaunch.h"
 #include "Solver/Run/SurfaceTexts.h"
 #include "Solver/Surface/SurfaceJudge.h"
+#include "Solver/Tools/FilesAside.h"
 #include "Solver/Tools/TimeLimit.h"
 
 #include <algorithm>
@@ -12,6 +13,13 @@
 #include <utility>
 
 namespace ostrella {
+
+namespace {
+
+/// A prepared surface has edges from the one asked for to twice of that, and a median between.
+constexpr float medianPerLeastEdge = 1.4F;
+
+} // namespace
 
 float preparedFacetEdge(
     const std::optional<SurfaceFitness>& fitness, const GMSHRunner::FarField& field) {
@@ -21,7 +29,10 @@ float preparedFacetEdge(
     const bool even = fitness && fitness->slivers.count == 0 &&
                       fitness->degenerateFacets.count == 0 && fitness->longestEdge <= 4 * wanted &&
                       fitness->medianEdge >= wanted / 4;
-    return even ? std::min(fitness->medianEdge, wanted) : wanted;
+    if (!even) {
+        return wanted;
+    }
+    return std::clamp(fitness->medianEdge / medianPerLeastEdge, wanted / 4, wanted);
 }
 
 SurfaceMeshing::SurfaceMeshing(const Setting& setting, TriangleMesh model, TriangleMesh body)
@@ -93,9 +104,10 @@ GMSHRunner::Output SurfaceMeshing::meshByChoice() {
 
 GMSHRunner::Output SurfaceMeshing::meshAutomatically() {
     std::exception_ptr firstFailure;
+    std::optional<GMSHRunner::Output> asItIs;
     if (fitness_ && fitness_->isFit()) {
         try {
-            return meshAsItIs(longestAttempt);
+            asItIs = meshAsItIs(longestAttempt);
         } catch (const GMSHError& error) {
             if (!error.isOfSurface()) {
                 throw;
@@ -103,6 +115,9 @@ GMSHRunner::Output SurfaceMeshing::meshAutomatically() {
             setting_.log.warn(SurfaceTexts::noMeshAsItIs(error.what()));
             firstFailure = std::current_exception();
         }
+    }
+    if (asItIs) {
+        return quality_ && !quality_->isSound() ? betterThan(*asItIs) : *asItIs;
     }
     if (!tryToPrepare()) {
         if (!firstFailure) {
@@ -123,22 +138,61 @@ GMSHRunner::Output SurfaceMeshing::meshAutomatically() {
 
 GMSHRunner::Output SurfaceMeshing::meshAsItIs(std::optional<double> timeLimit) {
     report(model_, std::nullopt);
-    return mesher_.makeMesh(
-        body_, setting_.directory, setting_.log, setting_.token, {.timeLimit = timeLimit});
+    return measured(mesher_.makeMesh(
+        body_, setting_.directory, setting_.log, setting_.token, {.timeLimit = timeLimit}));
 }
 
-GMSHRunner::Output SurfaceMeshing::meshPrepared(bool isFurther) {
+GMSHRunner::Output SurfaceMeshing::meshPrepared(bool isFurther, std::optional<double> timeLimit) {
     report(prepared_->mesh, prepared_->facts);
-    return mesher_.makeMesh(body_, setting_.directory, setting_.log, setting_.token,
-        {.prepared = SolverFrame::toSolver(prepared_->mesh), .isFurther = isFurther});
+    return measured(mesher_.makeMesh(body_, setting_.directory, setting_.log, setting_.token,
+        {.prepared = SolverFrame::toSolver(prepared_->mesh),
+            .facetEdge = facetEdge_,
+            .timeLimit = timeLimit,
+            .isFurther = isFurther}));
+}
+
+GMSHRunner::Output SurfaceMeshing::measured(GMSHRunner::Output mesh) {
+    quality_ = readMeshQuality(mesh.meshURL, setting_.token);
+    if (quality_) {
+        sendEvent(setting_.events, *quality_);
+    }
+    return mesh;
+}
+
+/// Makes another mesh, around the prepared surface, where that of the surface as it is has cells
+/// that a solver may diverge on, and gives the better one of the two.
+GMSHRunner::Output SurfaceMeshing::betterThan(const GMSHRunner::Output& asItIs) {
+    const MeshQuality first = quality_.value();
+    setting_.log.warn(SurfaceTexts::poorCells(first));
+    quality_.reset();
+    if (tryToPrepare()) {
+        FilesAside aside(setting_.directory, GMSHRunner::filenames);
+        try {
+            // A mesh is there already, so this one has no more time than that had.
+            GMSHRunner::Output second = meshPrepared(true, longestAttempt);
+            if (quality_ && quality_->isBetterThan(first)) {
+                aside.drop();
+                return second;
+            }
+        } catch (const GMSHError& error) {
+            setting_.log.warn(SurfaceTexts::noMeshPrepared(error.what()));
+        }
+        aside.putBack();
+    }
+    setting_.log.info(SurfaceTexts::keptAsItIs(quality_));
+    prepared_.reset();
+    report(model_, std::nullopt);
+    quality_ = first;
+    sendEvent(setting_.events, first);
+    return asItIs;
 }
 
 void SurfaceMeshing::prepare() {
     const Date start = setting_.environment.clock->now();
     const auto field = GMSHRunner::farField(body_.boundingMin(), body_.boundingMax());
-    const float edge = preparedFacetEdge(fitness_, field);
+    facetEdge_ = preparedFacetEdge(fitness_, field);
     try {
-        prepared_ = prepareSurface(model_, edge, setting_.token);
+        prepared_ = prepareSurface(model_, facetEdge_, setting_.token);
     } catch (const CancellationError&) {
         throw;
     } catch (const std::exception&) {

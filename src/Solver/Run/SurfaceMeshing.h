@@ -6,6 +6,7 @@
 #include "Solver/Run/SolverRunner.h"
 #include "Solver/Surface/SurfacePreparer.h"
 #include "Solver/Tools/GMSHRunner.h"
+#include "Solver/Tools/MeshQuality.h"
 #include "Solver/Tools/RunEnvironment.h"
 #include "Solver/Tools/RunLog.h"
 
@@ -25,8 +26,9 @@ struct MeshedModel {
 };
 
 /// The way from a model to the mesh around it: its surface is judged, meshed as it is where it is
-/// fit for that, and prepared where it is not or where the mesher fails on it; all as far as the
-/// environment's choice allows. For a worker, and for one model.
+/// fit for that, and prepared where it is not, where the mesher fails on it, or where the cells
+/// around it are too flat for a solver and those around the prepared one are less so; all as far
+/// as the environment's choice allows. For a worker, and for one model.
 class SurfaceMeshing {
 public:
     /// Seconds that judging may take: what takes longer is prepared if the choice is automatic. The
@@ -51,7 +53,9 @@ public:
     /// the solver's.
     SurfaceMeshing(const Setting& setting, TriangleMesh model, TriangleMesh body);
 
-    /// Reports the surface's fitness and each surface that the mesher is given. Throws GMSHError,
+    /// Reports the surface's fitness, each surface that the mesher is given, and the quality of the
+    /// mesh around it; at the end once more the surface whose mesh is kept, where that is not the
+    /// last one. Throws GMSHError,
     /// that of the first attempt where two failed; PreparationError where the surface has no area
     /// or is to be prepared in any case; CancellationError; or the error of a file.
     MeshedModel run();
@@ -61,7 +65,9 @@ private:
     GMSHRunner::Output meshByChoice();
     GMSHRunner::Output meshAutomatically();
     GMSHRunner::Output meshAsItIs(std::optional<double> timeLimit);
-    GMSHRunner::Output meshPrepared(bool isFurther);
+    GMSHRunner::Output betterThan(const GMSHRunner::Output& asItIs);
+    GMSHRunner::Output meshPrepared(bool isFurther, std::optional<double> timeLimit = std::nullopt);
+    GMSHRunner::Output measured(GMSHRunner::Output mesh);
     void prepare();
     bool tryToPrepare();
     void report(const TriangleMesh& surface, std::optional<SurfacePreparation> preparation) const;
@@ -75,11 +81,15 @@ private:
     std::optional<SurfaceFitness> fitness_;
     /// In the application's frame of axes, in which users look for the places that texts name.
     std::optional<PreparedSurface> prepared_;
+    /// What its facets were made for, m.
+    float facetEdge_ = 0;
+    /// Of the mesh that was made last; absent where it could not be measured.
+    std::optional<MeshQuality> quality_;
 };
 
-/// Size of the facets that a surface is prepared with, m: what the mesher wants on the body, or
-/// less where the body's own facets are even and finer, as far as the mesher would keep those.
-/// `fitness` may be absent.
+/// Least edge of the facets that a surface is prepared with, m: what the mesher wants on the body,
+/// or less where the body's own facets are even and finer, as far as the mesher would keep those;
+/// then the facets of both are of one size. `fitness` may be absent.
 float preparedFacetEdge(
     const std::optional<SurfaceFitness>& fitness, const GMSHRunner::FarField& field);
 

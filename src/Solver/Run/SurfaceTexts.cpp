@@ -13,6 +13,12 @@ std::string counted(std::int64_t count, std::string_view one, std::string_view m
     return fmt::format("{} {}", LogStore::grouped(count), count == 1 ? one : more);
 }
 
+/// What is the matter with the cells: how many are inverted, else how flat one is.
+std::string defect(const MeshQuality& quality) {
+    return quality.inverted > 0 ? counted(quality.inverted, "cell inside out", "cells inside out")
+                                : fmt::format("cells as flat as {:.4f}", quality.leastGamma);
+}
+
 } // namespace
 
 std::string length(double metres) {
@@ -72,6 +78,19 @@ std::string noMeshAsItIs(std::string_view failure) {
 
 std::string noMeshPrepared(std::string_view failure) {
     return fmt::format("No mesh of the prepared surface · {}", failure);
+}
+
+std::string poorCells(const MeshQuality& quality) {
+    std::string what = defect(quality);
+    what.front() = what.front() == 'c' ? 'C' : what.front();
+    return fmt::format("{} around the surface as it is · a solver may diverge there, so it is "
+                       "prepared",
+        what);
+}
+
+std::string keptAsItIs(const std::optional<MeshQuality>& other) {
+    std::string text = "Mesh of the surface as it is kept";
+    return other ? fmt::format("{} · {} around the prepared one", text, defect(*other)) : text;
 }
 
 std::optional<Line> planformTrust(const SurfaceFitness& fitness, const Planform& planform) {

@@ -4,6 +4,8 @@
 #include "Models/SurfaceFitness.h"
 #include "Models/SurfacePreparation.h"
 
+#include "Solver/Tools/MeshQuality.h"
+
 #include <optional>
 #include <string>
 #include <string_view>
@@ -33,6 +35,11 @@ std::string notJudgedWithin(double seconds);
 /// An attempt that gave no mesh, with the mesher's failure, where it is not the end of the run.
 std::string noMeshAsItIs(std::string_view failure);
 std::string noMeshPrepared(std::string_view failure);
+
+/// A mesh of the surface as it is that a solver may not bear, for which the surface is prepared.
+std::string poorCells(const MeshQuality& quality);
+/// That this mesh is the one after all; with the quality of the other one, if there is one.
+std::string keptAsItIs(const std::optional<MeshQuality>& other);
 
 /// How much of a body faces up and down along the solver's z, m².
 struct Planform {

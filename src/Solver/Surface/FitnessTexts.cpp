@@ -70,12 +70,12 @@ std::string number(float value, float extent) {
     return text.starts_with('-') ? "−" + text.substr(1) : text;
 }
 
-std::string point(const Vec3& place, float extent) {
+} // namespace
+
+std::string placeText(const Vec3& place, float extent) {
     return fmt::format(
         "({}, {}, {})", number(place.x, extent), number(place.y, extent), number(place.z, extent));
 }
-
-} // namespace
 
 std::string fitnessLine(const SurfaceFitness& fitness) {
     std::string line =
@@ -91,7 +91,7 @@ std::string fitnessLine(const SurfaceFitness& fitness) {
             continue;
         line += fmt::format(" · {}", counted(fitness, words));
         if (!defect.places.empty())
-            line += fmt::format(" at {}", point(defect.places.front(), fitness.extent));
+            line += fmt::format(" at {}", placeText(defect.places.front(), fitness.extent));
     }
     if (fitness.isCutShort)
         line += " · too entangled to be searched whole";
@@ -108,7 +108,7 @@ std::string worstDefectSentence(const SurfaceFitness& fitness) {
         std::string sentence = fmt::format("The surface has {}", counted(fitness, words));
         if (!defect.places.empty()) {
             sentence += fmt::format("{} at {} m", defect.count == 1 ? "" : ", the first",
-                point(defect.places.front(), fitness.extent));
+                placeText(defect.places.front(), fitness.extent));
         }
         return sentence + ".";
     }

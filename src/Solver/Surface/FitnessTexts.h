@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Models/SurfaceFitness.h"
+#include "Models/Vector.h"
 
 #include <string>
 
@@ -14,5 +15,9 @@ std::string fitnessLine(const SurfaceFitness& fitness);
 /// The defect that a mesher suffers most from, as a sentence: "The surface has 18 open edges, the
 /// first at (0.15, 0.47, −0.07) m." Empty for a fit one.
 std::string worstDefectSentence(const SurfaceFitness& fitness);
+
+/// A point of a body of this extent, both in metres: "(0.15, 0.47, −0.07)", with as many digits as
+/// tell a hundredth of the extent.
+std::string placeText(const Vec3& place, float extent);
 
 } // namespace ostrella

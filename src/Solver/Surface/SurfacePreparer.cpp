@@ -1,10 +1,12 @@
 #include "Solver/Surface/SurfacePreparer.h"
 
+#include "Models/Precondition.h"
 #include "Solver/Geometry/WeldGrid.h"
 #include "Solver/Geometry/Welding.h"
 #include "Solver/Surface/Coarsening.h"
 #include "Solver/Surface/Deviation.h"
 #include "Solver/Surface/EmbeddedMesh.h"
+#include "Solver/Surface/FitnessTexts.h"
 #include "Solver/Surface/Openings.h"
 #include "Solver/Surface/TriangleTree.h"
 #include "Solver/Surface/WrapFit.h"
@@ -70,8 +72,14 @@ Soup soupOf(const TriangleMesh& model) {
     const DVec3 high(model.boundingMax());
     soup.middle = (low + high) * 0.5;
     soup.unit = std::max({high.x - low.x, high.y - low.y, high.z - low.z});
-    if (!(soup.unit > 0) || !WeldGrid(model.boundingBox()).covers(model.boundingBox())) {
+    if (!(soup.unit > 0)) {
         return soup;
+    }
+    if (!WeldGrid(model.boundingBox()).covers(model.boundingBox())) {
+        throw PreparationError(
+            fmt::format("The model is too far from the origin for its size: its corners cannot be "
+                        "told apart there, about {} m. Move it to the origin, and export it again.",
+                placeText(Vec3(soup.middle), static_cast<float>(soup.unit))));
     }
     soup.half = (high - low) * (0.5 / soup.unit);
     const WeldedMesh shared = welded(model);
@@ -220,14 +228,15 @@ PreparationError::PreparationError(std::string text) : text_(std::move(text)) {}
 
 PreparedSurface prepareSurface(
     const TriangleMesh& model, float facetEdge, const CancellationToken& token) {
+    precondition(facetEdge > 0, "facets have a size");
     Soup soup = soupOf(model);
     const auto hasArea = [](const DVec3& normal) { return normal != DVec3(0); };
     std::vector<DVec3> normals = unitNormals(soup.surface);
-    if (std::ranges::none_of(normals, hasArea) || !(facetEdge > 0)) {
-        throw PreparationError(fmt::format(
-            "The model has no surface: all of its facets collapse to lines or points, about "
-            "({:.4g}, {:.4g}, {:.4g})",
-            soup.middle.x, soup.middle.y, soup.middle.z));
+    if (std::ranges::none_of(normals, hasArea)) {
+        throw PreparationError(
+            fmt::format("The model has no surface: all of its facets collapse to lines or points, "
+                        "about {} m.",
+                placeText(Vec3(soup.middle), static_cast<float>(soup.unit))));
     }
     const double wantedEdge = std::min(facetEdge / soup.unit, mostFacetShare);
 

@@ -21,9 +21,9 @@ namespace fs = std::filesystem;
 
 namespace {
 
-constexpr std::string_view stlFilename = "input.stl";
-constexpr std::string_view scriptFilename = "mesh.geo";
-constexpr std::string_view meshFilename = "mesh.su2";
+constexpr std::string_view stlFilename = GMSHRunner::filenames[0];
+constexpr std::string_view scriptFilename = GMSHRunner::filenames[1];
+constexpr std::string_view meshFilename = GMSHRunner::filenames[2];
 
 /// Least length that the box is measured by, m: a body without extent has a box too.
 constexpr float leastLength = 1e-6F;
@@ -55,10 +55,11 @@ BoundingBox measuredBox(const TriangleMesh& body, const std::optional<TriangleMe
 }
 
 /// What becomes of the facets in the mesher: those of a prepared surface are kept.
-SurfaceRoad roadFor(const TriangleMesh& body, const std::optional<TriangleMesh>& prepared,
+SurfaceRoad roadFor(const TriangleMesh& body, const GMSHRunner::Attempt& attempt,
     const GMSHRunner::FarField& field) {
-    if (prepared) {
-        return {SurfaceRoad::Kind::keep, surfaceCensus(prepared->positions().span()).medianEdge};
+    if (attempt.prepared) {
+        const SurfaceCensus census = surfaceCensus(attempt.prepared->positions().span());
+        return {SurfaceRoad::Kind::keep, std::max(census.medianEdge, attempt.facetEdge)};
     }
     return surfaceRoad(body.positions().span(), field.lcMin, field.lcMax);
 }
@@ -222,7 +223,7 @@ GMSHRunner::Output GMSHRunner::makeMesh(const TriangleMesh& solverMesh, const fs
     field.lcMax = ofBody.lcMax;
     replaceModel(in / stlFilename, attempt.prepared ? *attempt.prepared : solverMesh);
     writeTextAtomically(in / scriptFilename,
-        filledTemplate(std::move(text), field, roadFor(solverMesh, attempt.prepared, field)));
+        filledTemplate(std::move(text), field, roadFor(solverMesh, attempt, field)));
     if (attempt.isFurther) {
         removeFile(in / meshFilename);
     } else {

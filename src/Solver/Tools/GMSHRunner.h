@@ -8,12 +8,14 @@
 #include "Solver/Tools/RunLog.h"
 #include "Solver/Tools/SU2Output.h"
 
+#include <array>
 #include <cstdint>
 #include <exception>
 #include <filesystem>
 #include <mutex>
 #include <optional>
 #include <string>
+#include <string_view>
 
 namespace ostrella {
 
@@ -76,6 +78,9 @@ public:
         /// A surface in the place of the body's own, in the same frame of axes; its facets are kept
         /// as they are. The box and the limits of the mesh size stay the body's.
         std::optional<TriangleMesh> prepared = std::nullopt;
+        /// The size that those facets were made for, m. Where thin shapes made most of them smaller
+        /// than that, the cells grow to this size at once off the surface.
+        float facetEdge = 0;
         /// Seconds after which the mesher is stopped, which counts as no mesh.
         std::optional<double> timeLimit = std::nullopt;
         /// One after another that failed: what that left is removed, and the log is not told of the
@@ -85,6 +90,9 @@ public:
 
     /// The environment must outlive the runner.
     explicit GMSHRunner(const RunEnvironment& environment);
+
+    /// The files that an attempt writes: the model, the script and the mesh.
+    static constexpr std::array<std::string_view, 3> filenames{"input.stl", "mesh.geo", "mesh.su2"};
 
     /// Where gmsh is. Throws GMSHError::binaryNotFound.
     std::filesystem::path mesher() const;

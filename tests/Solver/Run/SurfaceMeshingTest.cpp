@@ -25,6 +25,19 @@ std::string failingFirst(const std::string& failure) {
     return "if [ ! -e failed ]; then\ntouch failed\n" + failure + "fi\n";
 }
 
+/// Lines of a mesher's script: a mesh of one cell, three right angles around a height, m. The gamma
+/// of a flat one is 2.12 times its height.
+std::string cellOfHeight(const std::string& height) {
+    return "printf 'NDIME= 3\\nNELEM= 1\\n10 0 1 2 3 0\\nNPOIN= 4\\n"
+           "0 0 0\\n1 0 0\\n0 1 0\\n0 0 " +
+           height + "\\n' > mesh.su2\n";
+}
+
+/// A script that does one thing the first time it is started in a run, and another one later.
+std::string once(const std::string& first, const std::string& later) {
+    return "if [ ! -e tried ]; then\ntouch tried\n" + first + "else\n" + later + "fi\n";
+}
+
 class SurfaceRoads : public RunTest {
 protected:
     SurfaceRoads() {
@@ -240,6 +253,123 @@ TEST_F(SurfaceRoads, aModelWithoutAnyAreaEndsWithASentenceAboutThat) {
         failure(SurfaceChoice::automatic, needle()), StartsWith("The model has no surface"));
     EXPECT_EQ(meshings(), 0U);
     EXPECT_TRUE(events<MeshedSurface>().empty());
+}
+
+class PoorCells : public SurfaceRoads {
+protected:
+    /// What the surfaces that were meshed one after the other are: whether each was prepared.
+    std::vector<bool> prepared() const {
+        std::vector<bool> result;
+        for (const MeshedSurface& surface : events<MeshedSurface>()) {
+            result.push_back(surface.preparation.has_value());
+        }
+        return result;
+    }
+    double lastGamma() const { return events<MeshQuality>().back().leastGamma; }
+    std::string mesh() { return readFile(runDirectory() / "mesh.su2"); }
+    /// Of the model as it is, with the files of its attempt, after a second one.
+    void expectTheFirstKept() {
+        EXPECT_EQ(meshings(), 2U);
+        EXPECT_THAT(mesh(), EndsWith("0 0 0.004\n"));
+        EXPECT_EQ(given().facetCount(), 12U);
+        EXPECT_EQ(script(), "0 -5.000000");
+        EXPECT_THAT(prepared(), ElementsAre(false, true, false));
+        EXPECT_NEAR(lastGamma(), 0.00845, 1e-5);
+        for (const auto& entry : fs::directory_iterator(runDirectory())) {
+            EXPECT_NE(entry.path().extension(), ".aside") << entry.path();
+        }
+    }
+
+    const std::string flatLine = "Cells as flat as 0.0085 around the surface as it is · a solver "
+                                 "may diverge there, so it is prepared";
+};
+
+TEST_F(PoorCells, areReasonEnoughToPrepareTheSurface) {
+    package_.setMesher(once(cellOfHeight("0.004"), cellOfHeight("0.5")));
+    EXPECT_EQ(drive(SurfaceChoice::automatic).meshCells, 1);
+    const auto from = linesFrom("Mesh built");
+    EXPECT_EQ(from[1], TextLine(flatLine, Level::warn));
+    EXPECT_THAT(from[2].first, StartsWith("Surface prepared for meshing · "));
+    EXPECT_EQ(from[3], TextLine("gmsh · external aero volume mesh", Level::info));
+    EXPECT_EQ(from[4], TextLine("Mesh built · 1 cells · 3D · 0.0 s", Level::ok));
+    EXPECT_THAT(from[5].first, StartsWith("Reference area"));
+    EXPECT_EQ(meshings(), 2U);
+    EXPECT_THAT(prepared(), ElementsAre(false, true));
+    EXPECT_GT(lastGamma(), 0.5);
+    EXPECT_GT(given().facetCount(), 12U);
+    EXPECT_THAT(mesh(), EndsWith("0 0 0.5\n"));
+    EXPECT_FALSE(fs::exists(runDirectory() / "mesh.su2.aside"));
+}
+
+TEST_F(PoorCells, ofBothMeshesLeaveTheFirstIfTheSecondIsWorse) {
+    package_.setMesher(once(cellOfHeight("0.004"), cellOfHeight("0.001")));
+    EXPECT_EQ(drive(SurfaceChoice::automatic).meshCells, 1);
+    EXPECT_THAT(lines(), Contains(TextLine(flatLine, Level::warn)));
+    EXPECT_THAT(lines(), Contains(TextLine("Mesh of the surface as it is kept · cells as flat as "
+                                           "0.0021 around the prepared one",
+                             Level::info)));
+    expectTheFirstKept();
+}
+
+TEST_F(PoorCells, areBetterThanNoMeshOfThePreparedSurface) {
+    package_.setMesher(once(cellOfHeight("0.004"), "echo 'Error   : foo'\nexit 1\n"));
+    EXPECT_EQ(drive(SurfaceChoice::automatic).meshCells, 1);
+    const auto from = linesFrom("No mesh of");
+    EXPECT_EQ(from[0], TextLine("No mesh of the prepared surface · gmsh exited with code 1 and "
+                                "produced no usable mesh (Error   : foo)",
+                           Level::warn));
+    EXPECT_EQ(from[1], TextLine("Mesh of the surface as it is kept", Level::info));
+    EXPECT_THAT(from[2].first, StartsWith("Reference area"));
+    expectTheFirstKept();
+}
+
+TEST_F(PoorCells, areBetterThanAMeshThatCannotBeMeasured) {
+    package_.setMesher(once(cellOfHeight("0.004"), Script::mesh));
+    EXPECT_EQ(drive(SurfaceChoice::automatic).meshCells, 1);
+    expectTheFirstKept();
+}
+
+TEST_F(PoorCells, areNotWaitedOutForEver) {
+    package_.setMesher(once(cellOfHeight("0.004"), Script::hang));
+    app_->simulation.run();
+    waitForLine("ready");
+    EXPECT_THAT(timers_.pending(), ElementsAre(SurfaceMeshing::longestAttempt));
+    timers_.advance(SurfaceMeshing::longestAttempt);
+    ASSERT_TRUE(waitForEnd());
+    EXPECT_EQ(phase(), RunPhase::finished(false));
+    EXPECT_FALSE(app_->simulation.meshedSurface()->preparation);
+    ASSERT_TRUE(app_->simulation.meshQuality());
+    EXPECT_NEAR(app_->simulation.meshQuality()->leastGamma, 0.00845, 1e-5);
+    expectNoChildLeft();
+}
+
+TEST_F(PoorCells, turnedInsideOutAreTheWorst) {
+    package_.setMesher(once(cellOfHeight("-0.5"), cellOfHeight("0.004")));
+    drive(SurfaceChoice::automatic);
+    EXPECT_THAT(lines(), Contains(TextLine("1 cell inside out around the surface as it is · a "
+                                           "solver may diverge there, so it is prepared",
+                             Level::warn)));
+    EXPECT_THAT(prepared(), ElementsAre(false, true));
+    EXPECT_THAT(mesh(), EndsWith("0 0 0.004\n"));
+}
+
+TEST_F(PoorCells, areNotWhatASolverCanLiveWith) {
+    package_.setMesher(cellOfHeight("0.01"));
+    drive(SurfaceChoice::automatic);
+    EXPECT_EQ(meshings(), 1U);
+    EXPECT_NEAR(lastGamma(), 0.021, 1e-3);
+    const auto from = linesFrom("Mesh built");
+    EXPECT_THAT(from[1].first, StartsWith("Reference area"));
+}
+
+TEST_F(PoorCells, areTakenAsTheyComeIfTheChoiceSaysSo) {
+    package_.setMesher(cellOfHeight("0.004"));
+    drive(SurfaceChoice::asIs);
+    EXPECT_EQ(meshings(), 1U);
+    EXPECT_NEAR(lastGamma(), 0.00845, 1e-5);
+    drive(SurfaceChoice::prepared);
+    EXPECT_EQ(meshings(), 2U);
+    EXPECT_THAT(texts(), Not(Contains(HasSubstr("Cells as flat"))));
 }
 
 using AsIs = SurfaceRoads;

@@ -70,12 +70,18 @@ TEST_F(SurfaceState, isThatOfThePresentRunOnly) {
     const auto id = Probe::pretendRun(app_->simulation);
     Probe::apply(app_->simulation, SurfaceFitness(), id - 1);
     Probe::apply(app_->simulation, MeshedSurface(), id - 1);
+    Probe::apply(app_->simulation, MeshQuality(), id - 1);
     EXPECT_FALSE(app_->simulation.surfaceFitness());
     EXPECT_FALSE(app_->simulation.meshedSurface());
+    EXPECT_FALSE(app_->simulation.meshQuality());
     Probe::apply(app_->simulation, SurfaceFitness(), id);
     Probe::apply(app_->simulation, MeshedSurface(), id);
+    Probe::apply(app_->simulation, MeshQuality(), id);
     EXPECT_TRUE(app_->simulation.surfaceFitness());
     EXPECT_TRUE(app_->simulation.meshedSurface());
+    EXPECT_TRUE(app_->simulation.meshQuality());
+    Probe::apply(app_->simulation, MeshedSurface(), id);
+    EXPECT_FALSE(app_->simulation.meshQuality()) << "that was another surface's";
     Probe::complete(app_->simulation, id, SimulationResult());
 }
 
@@ -157,6 +163,17 @@ TEST_F(SurfaceCancel, reachesTheSecondAttempt) {
     EXPECT_TRUE(timers_.pending().empty());
 }
 
+TEST_F(SurfaceCancel, reachesTheAttemptAtBetterCells) {
+    package_.setMesher("if [ -e tried ]; then\n" + Script::hang +
+                       "fi\ntouch tried\nprintf 'NDIME= 3\\nNELEM= 1\\n10 0 1 2 3\\nNPOIN= 4\\n"
+                       "0 0 0\\n1 0 0\\n0 1 0\\n0 0 0.004\\n' > mesh.su2\n");
+    EXPECT_LT(cancelledAt(cube(), "ready"), 3);
+    EXPECT_EQ(package_.starts("gmsh").size(), 2U);
+    EXPECT_THAT(texts(), Not(Contains(StartsWith("Mesh of the surface as it is kept"))));
+    expectNoChildLeft();
+    EXPECT_TRUE(timers_.pending().empty());
+}
+
 TEST_F(SurfaceCancel, ofTheFirstAttemptIsNoReasonForASecond) {
     package_.setMesher(Script::hang);
     EXPECT_LT(cancelledAt(cube(), "ready"), 3);
@@ -184,8 +201,11 @@ TEST_F(FacetEdge, isWhatTheMesherWantsOnTheBody) {
 }
 
 TEST_F(FacetEdge, followsFacetsThatAreEvenAndFiner) {
-    EXPECT_FLOAT_EQ(edge(0.03F, 0.4F), 0.03F);
-    EXPECT_FLOAT_EQ(edge(0.025F, 0.1F), 0.025F);
+    // The median edge of a prepared surface is 1.4 times the one asked for.
+    EXPECT_FLOAT_EQ(edge(0.042F, 0.4F), 0.03F);
+    EXPECT_FLOAT_EQ(edge(0.07F, 0.1F), 0.05F);
+    EXPECT_FLOAT_EQ(edge(0.14F, 0.3F), 0.1F);
+    EXPECT_FLOAT_EQ(edge(0.025F, 0.1F), 0.025F) << "never under a quarter of what is wanted";
 }
 
 TEST_F(FacetEdge, doesNotFollowFacetsThatTheMesherWouldNotKeep) {

@@ -122,5 +122,19 @@ TEST(SurfaceTexts, TellThatThePlanformOfAModelInsideOutIsThatOfItsUnderside) {
             Level::info))));
 }
 
+TEST(SurfaceTexts, TellOfPoorCells) {
+    MeshQuality quality{.cells = 99, .leastGamma = 0.00894};
+    EXPECT_EQ(SurfaceTexts::poorCells(quality),
+        "Cells as flat as 0.0089 around the surface as it is · a solver may diverge there, so it "
+        "is prepared");
+    EXPECT_EQ(SurfaceTexts::keptAsItIs(quality),
+        "Mesh of the surface as it is kept · cells as flat as 0.0089 around the prepared one");
+    quality.inverted = 1234;
+    EXPECT_EQ(SurfaceTexts::poorCells(quality),
+        "1 234 cells inside out around the surface as it is · a solver may diverge there, so it "
+        "is prepared");
+    EXPECT_EQ(SurfaceTexts::keptAsItIs(std::nullopt), "Mesh of the surface as it is kept");
+}
+
 } // namespace
 } // namespace ostrella

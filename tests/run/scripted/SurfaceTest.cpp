@@ -44,6 +44,15 @@ protected:
                         "'\nif [ $(stat -c %s input.stl) = " + std::to_string(84 + 50 * facets) +
                         " ]; then echo 'Error   : no'; exit 1; fi\n" + ToolScripts::goodMesher);
     }
+    /// The same, but with a flat cell around such surfaces; its gamma is 2.12 times its height.
+    void flattenOn(std::size_t facets) {
+        failOn(0);
+        const std::string script = readFile(package_.tool("gmsh"));
+        package_.script(
+            "gmsh", script.substr(script.find('\n') + 1) +
+                        "if [ $(stat -c %s input.stl) = " + std::to_string(84 + 50 * facets) +
+                        " ]; then sed -i 's/^0 0 1 3/0 0 0.004 3/' mesh.su2; fi\n");
+    }
     std::size_t meshings() const { return readFile(starts_).size(); }
     TriangleMesh sphere() const { return loadModelFile(package_.sample("sphere")); }
 
@@ -73,6 +82,10 @@ TEST_F(SurfaceTest, OfASoundModelIsMeshedAsItIs) {
     EXPECT_NEAR(surface["fitness"]["volume_m3"], 4.0 / 3 * std::numbers::pi, 0.05);
     EXPECT_EQ(surface["preparation"], nullptr);
     EXPECT_EQ(surface["file"], nullptr);
+    // The one cell is a cube's corner.
+    EXPECT_NEAR(surface["meshQuality"]["leastGamma"], std::numbers::sqrt3 - 1, 1e-9);
+    EXPECT_NEAR(surface["meshQuality"]["firstPercentileGamma"], std::numbers::sqrt3 - 1, 1e-6);
+    EXPECT_EQ(surface["meshQuality"]["invertedCells"], 0);
     EXPECT_GE(report_["times_s"]["surface"], 0.0);
     EXPECT_LE(report_["times_s"]["surface"], report_["times_s"]["mesh"]);
 }
@@ -87,6 +100,36 @@ TEST_F(SurfaceTest, ThatTheMesherFailsOnIsPrepared) {
     EXPECT_THAT(batch_.line("[INFO] Surface prepared"), HasSubstr(" of the model"));
     EXPECT_EQ(report_["surface"]["road"], "prepared");
     EXPECT_GT(report_["surface"]["preparation"]["facets"], 0);
+}
+
+TEST_F(SurfaceTest, WithCellsAroundItThatAreTooFlatIsPrepared) {
+    flattenOn(sphere().facetCount());
+    const fs::path folder = directory_.path() / "case";
+    EXPECT_EQ(run({"--sample", "sphere", "--prepare", folder.string()}), 0) << batch_.output();
+    EXPECT_EQ(meshings(), 2U);
+    EXPECT_THAT(batch_.lines(), Contains("[WARN] Cells as flat as 0.0085 around the surface as it "
+                                         "is · a solver may diverge there, so it is prepared"));
+    EXPECT_EQ(report_["surface"]["road"], "prepared");
+    EXPECT_NEAR(report_["surface"]["meshQuality"]["leastGamma"], std::numbers::sqrt3 - 1, 1e-9);
+    std::vector<std::string> names;
+    for (const auto& entry : fs::directory_iterator(folder)) {
+        names.push_back(entry.path().filename().string());
+    }
+    EXPECT_THAT(names, Not(Contains(testing::EndsWith(".aside"))));
+}
+
+TEST_F(SurfaceTest, WithFlatCellsAroundBothIsTakenAsItIs) {
+    failOn(0);
+    const std::string script = readFile(package_.tool("gmsh"));
+    package_.script("gmsh",
+        script.substr(script.find('\n') + 1) + "sed -i 's/^0 0 1 3/0 0 0.004 3/' mesh.su2\n");
+    EXPECT_EQ(run({"--sample", "sphere", "--write-surface", surface_.string()}), 0);
+    EXPECT_EQ(meshings(), 2U);
+    EXPECT_EQ(batch_.line("[INFO] Mesh of"), "[INFO] Mesh of the surface as it is kept · cells as "
+                                             "flat as 0.0085 around the prepared one");
+    EXPECT_EQ(report_["surface"]["road"], "as-is");
+    EXPECT_EQ(report_["surface"]["preparation"], nullptr);
+    EXPECT_EQ(loadModelFile(surface_).facetCount(), sphere().facetCount());
 }
 
 TEST_F(SurfaceTest, IsNotPreparedIfThatIsNotWanted) {

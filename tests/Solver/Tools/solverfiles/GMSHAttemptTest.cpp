@@ -40,6 +40,14 @@ TEST_F(GMSHAttempt, keepsTheFacetsOfAPreparedSurfaceInTheBoxOfTheBody) {
     EXPECT_EQ(package.lines()[1], "info: Body extent (solver frame, Z up): 1.00 × 2.00 × 0.50 m");
 }
 
+TEST_F(GMSHAttempt, growsTheCellsToTheSizeThatThePreparedFacetsWereMadeFor) {
+    package.makeMesh(body, {}, {.prepared = wrap, .facetEdge = 1.5F});
+    EXPECT_EQ(script(), "-5.000000 16.000000 -5.000000 0.100000 2.000000 1.5\n");
+    package.makeMesh(body, {}, {.prepared = wrap, .facetEdge = 1.1F});
+    EXPECT_EQ(script(), "-5.000000 16.000000 -5.000000 0.100000 2.000000 1.1449\n")
+        << "never under their median edge";
+}
+
 TEST_F(GMSHAttempt, measuresTheBoxOfAPlateAcrossTheFlowByWhatItBecame) {
     // The plate's own length along the flow would give a box that its thickness stands out of.
     const TriangleMesh plate = test::boxMesh({0, 0, 0}, {0, 1, 1});

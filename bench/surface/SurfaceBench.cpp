@@ -1,27 +1,17 @@
 // Our side: a model's surface is judged, and searched for the nearest triangle.
 
 #include "Bodies.h"
+#include "MeasuredSurfaces.h"
 #include "Solver/Surface/SurfaceJudge.h"
 #include "Solver/Surface/TriangleTree.h"
 
 #include <benchmark/benchmark.h>
 
 #include <cstddef>
-#include <cstdint>
-#include <vector>
 
 namespace ostrella::bench {
 
 namespace {
-
-IndexedSurface surfaceOf(const TriangleMesh& mesh) {
-    IndexedSurface surface;
-    for (const Vec3& corner : mesh.positions())
-        surface.vertices.emplace_back(corner);
-    for (std::uint32_t i = 0; i < surface.vertices.size(); i += 3)
-        surface.triangles.push_back({i, i + 1, i + 2});
-    return surface;
-}
 
 /// On two threads: the processor's time is that of both.
 void judge(benchmark::State& state) {

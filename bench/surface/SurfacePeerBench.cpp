@@ -1,15 +1,13 @@
 // The peer's side: VTK's filters and its locator on the same bodies, with one thread.
 
 #include "Bodies.h"
-#include "VTKThreads.h"
+#include "VTKBody.h"
 
 #include <benchmark/benchmark.h>
 
-#include <vtkCellArray.h>
 #include <vtkFeatureEdges.h>
 #include <vtkGenericCell.h>
 #include <vtkNew.h>
-#include <vtkPoints.h>
 #include <vtkPolyData.h>
 #include <vtkPolyDataConnectivityFilter.h>
 #include <vtkSmartPointer.h>
@@ -23,25 +21,10 @@ namespace ostrella::bench {
 
 namespace {
 
-vtkSmartPointer<vtkPolyData> soup(int divisions) {
-    useOneVTKThread();
-    const TriangleMesh& mesh = sphere(divisions);
-    vtkNew<vtkPoints> points;
-    vtkNew<vtkCellArray> cells;
-    for (const Vec3& corner : mesh.positions())
-        points->InsertNextPoint(corner.x, corner.y, corner.z);
-    for (vtkIdType i = 0; i < points->GetNumberOfPoints(); i += 3)
-        cells->InsertNextCell({i, i + 1, i + 2});
-    auto data = vtkSmartPointer<vtkPolyData>::New();
-    data->SetPoints(points);
-    data->SetPolys(cells);
-    return data;
-}
-
 /// Vertices, open and non-manifold edges and shells; VTK has nothing for facets that cut each other
 /// within one surface, nor for the other things that are judged.
 void vtkJudge(benchmark::State& state) {
-    const auto input = soup(static_cast<int>(state.range(0)));
+    const auto input = vtkBodyOf(sphere(static_cast<int>(state.range(0))));
     for (auto _ : state) {
         vtkNew<vtkStaticCleanPolyData> clean;
         clean->SetInputData(input);
@@ -69,7 +52,7 @@ vtkSmartPointer<vtkStaticCellLocator> locatorOf(vtkPolyData* data) {
 }
 
 void vtkBuildTree(benchmark::State& state) {
-    const auto data = soup(static_cast<int>(state.range(0)));
+    const auto data = vtkBodyOf(sphere(static_cast<int>(state.range(0))));
     for (auto _ : state)
         benchmark::DoNotOptimize(locatorOf(data));
 }
@@ -77,7 +60,7 @@ void vtkBuildTree(benchmark::State& state) {
 /// Points as ours takes them, `step` corners on each time.
 void findNearest(benchmark::State& state, std::size_t step) {
     const auto& positions = sphere(static_cast<int>(state.range(0))).positions();
-    const auto data = soup(static_cast<int>(state.range(0)));
+    const auto data = vtkBodyOf(sphere(static_cast<int>(state.range(0))));
     const auto locator = locatorOf(data);
     vtkNew<vtkGenericCell> cell;
     std::size_t at = 0;

@@ -37,12 +37,12 @@ Body sail() {
 }
 
 Body perforatedSheet() {
-    const Body whole = turnedAbout(flat(2.0, 2.0, 40, 40), {0, 0, 1}, -30.0);
+    const Body whole = turnedAbout(flat(2.0, 2.0, 24, 24), {0, 0, 1}, -30.0);
     return without(whole, [](const glm::dvec3& p) {
         const double along = p.x / std::cos(pi / 6.0);
         const auto offGrid = [](double x) { return std::abs(x - 0.5 * std::round(x / 0.5)); };
-        return std::hypot(offGrid(along), offGrid(p.z)) < 0.13 && std::abs(along) < 0.9 &&
-               std::abs(p.z) < 0.9;
+        return std::hypot(offGrid(along), offGrid(p.z)) < 0.13 && std::abs(along) < 0.7 &&
+               std::abs(p.z) < 0.7;
     });
 }
 

@@ -180,7 +180,7 @@ TEST(NastySheets, HaveNoThicknessOrVeryLittle) {
     EXPECT_EQ(defectsOf("plane").openEdges, 4U);
     EXPECT_EQ(defectsOf("inclinedPlate").openEdges, 72U);
     EXPECT_EQ(defectsOf("sail").openEdges, 72U);
-    EXPECT_GT(defectsOf("perforatedSheet").openEdges, 160U);
+    EXPECT_GT(defectsOf("perforatedSheet").openEdges, 96U + 9 * 4);
     EXPECT_EQ(defectsOf("perforatedSheet").pieces, 1U);
     expectSoundShells("paperPlate", 1);
     expectSoundShells("paperPlate12", 1);
@@ -231,15 +231,15 @@ TEST(NastyOpenings, GapsAreAHundredThousandth) {
 TEST(NastyScans, HaveWhatScannersLeave) {
     expectCrossings("scan");
     expectCrossings("scanWithSpikes");
-    // The lump, twelve crumbs and eight single facets.
-    EXPECT_EQ(defectsOf("scanWithSpecks").pieces, 21U);
-    EXPECT_EQ(defectsOf("scanWithSpecks").openEdges, 24U);
+    // The lump, five crumbs and four single facets.
+    EXPECT_EQ(defectsOf("scanWithSpecks").pieces, 10U);
+    EXPECT_EQ(defectsOf("scanWithSpecks").openEdges, 12U);
     EXPECT_GT(defectsOf("scanWithGaps").openEdges, 100U);
     EXPECT_EQ(defectsOf("twoScans").pieces, 2U);
     expectCrossings("twoScans");
     EXPECT_EQ(bodyOf("largeScan").triangles.size(), 302580U);
-    EXPECT_EQ(defectsOf("facetSoup").pieces, 400U);
-    EXPECT_EQ(defectsOf("facetSoup").openEdges, 1200U);
+    EXPECT_EQ(defectsOf("facetSoup").pieces, 200U);
+    EXPECT_EQ(defectsOf("facetSoup").openEdges, 600U);
 }
 
 TEST(NastyCad, HasNeedlesAndPatchesThatDoNotMatch) {

@@ -44,6 +44,10 @@ public:
     /// room now.
     void settle(const CancellationToken& token);
 
+    /// Wires as thin as `leastEdge` or so end as tubes of three sides, whose short edges no
+    /// collapse can take away: gives those the cross-section of an even triangle, about that large.
+    void roundWires(double leastEdge, const CancellationToken& token);
+
     /// Turns edges over where that makes the worse of two triangles better and keeps the shape.
     void flip(const CancellationToken& token);
 
@@ -81,6 +85,8 @@ private:
     double strayingAround(std::uint32_t edge) const;
     /// Of a vertex and its neighbours.
     double greatestLift(std::uint32_t vertex) const;
+    /// The neighbour that both ends of an edge have besides the corners beside it, or none.
+    std::uint32_t waistAt(std::uint32_t edge) const;
     bool isFlipWorthwhile(std::uint32_t edge) const;
 
     EmbeddedMesh& mesh_;

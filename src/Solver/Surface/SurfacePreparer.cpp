@@ -56,6 +56,8 @@ constexpr int eveningRounds = 4;
 /// Edges shorter than these are taken together with a larger tolerance.
 constexpr std::array smallDetails{0.25, 0.4};
 constexpr double looseTolerance = 0.05;
+constexpr double thinnestWire = 0.15;
+constexpr int wireRounds = 4;
 
 /// The model about its middle, in units of its largest extent, without facets that collapse or are
 /// there twice.
@@ -286,6 +288,10 @@ PreparedSurface prepareSurface(
         coarsening.collapseLoosely(part * edge, looseTolerance * edge, token);
         coarsening.flip(token);
         coarsening.relax(token);
+    }
+    // What one triangle of a wire has no room for yet, it has when its neighbours have grown.
+    for (int round = 0; round < wireRounds; ++round) {
+        coarsening.roundWires(thinnestWire * edge, token);
     }
 
     const IndexedSurface surface = mesh.surface();

@@ -183,6 +183,17 @@ TEST(PrepareSurface, AThinClosedPlateKeepsItsThickness) {
     EXPECT_LT(hausdorff(model, prepared.mesh, 0.01), 0.01);
 }
 
+TEST(PrepareSurface, AWireGetsATriangularCrossSectionThatCanBeMeshed) {
+    // Thinner than a hundredth of a facet.
+    const TriangleMesh model =
+        Facets().add(ball(2)).box({0, 0, -0.0004F}, {3, 0.0008F, 0.0004F}).mesh();
+    const PreparedSurface prepared = prepareSurface(model, 0.2F);
+    expectFit(prepared);
+    EXPECT_NEAR(prepared.mesh.boundingMax().x, 3, 0.03);
+    EXPECT_LT(edgeShares(prepared.mesh, 0.1F * 0.2F, 0.4F).below, 0.06);
+    EXPECT_LT(prepared.facts.deviation, 0.25 * 0.2);
+}
+
 TEST(PrepareSurface, DoubledAndEmptyFacetsPlayNoPart) {
     TriangleMesh model = Facets().add(ball(2)).add(ball(2)).mesh();
     const PreparedSurface prepared = prepareSurface(model, 0.2F);

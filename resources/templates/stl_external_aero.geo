@@ -123,3 +123,4 @@ Mesh.MeshSizeExtendFromBoundary = 1;
 Mesh.Algorithm = 6;
 Mesh.Algorithm3D = 1;
 Mesh.Optimize = 1;
+Mesh.OptimizeThreshold = {{OPTIMIZE_BELOW}};

@@ -5,6 +5,7 @@
 #include "Solver/Geometry/Welding.h"
 #include "Solver/Surface/Coarsening.h"
 #include "Solver/Surface/Deviation.h"
+#include "Solver/Surface/DisjointSets.h"
 #include "Solver/Surface/EmbeddedMesh.h"
 #include "Solver/Surface/FitnessTexts.h"
 #include "Solver/Surface/Openings.h"
@@ -20,7 +21,6 @@
 #include <array>
 #include <cmath>
 #include <cstdint>
-#include <numeric>
 #include <utility>
 #include <vector>
 
@@ -38,7 +38,7 @@ constexpr double leastCellsPerFacet = 3.5;
 /// Triangles of a wrap at most: some ten seconds of work.
 constexpr double mostWrapTriangles = 400'000;
 /// Cells along the body's extent at most.
-constexpr double mostCellsAlong = 220;
+constexpr double mostCellsAlong = 300;
 /// Distance of the wrap from the model, in cells.
 constexpr double offsetCells = 1.1;
 /// Edge of the bins that a wrap's triangles are found by, and the distance that parts of the
@@ -162,21 +162,12 @@ void measureEdges(const IndexedSurface& surface, double unit, SurfacePreparation
 
 /// The number of pieces that hang together.
 std::int64_t componentCount(const IndexedSurface& surface) {
-    std::vector<std::uint32_t> leader(surface.vertices.size());
-    std::iota(leader.begin(), leader.end(), 0U);
-    const auto leaderOf = [&leader](std::uint32_t vertex) {
-        while (leader[vertex] != vertex) {
-            vertex = leader[vertex] = leader[leader[vertex]];
-        }
-        return vertex;
-    };
+    DisjointSets pieces(surface.vertices.size());
     auto count = static_cast<std::int64_t>(surface.vertices.size());
     for (const Triangle& t : surface.triangles) {
         for (const std::uint32_t other : {t[1], t[2]}) {
-            const std::uint32_t a = leaderOf(t[0]);
-            const std::uint32_t b = leaderOf(other);
-            count -= a != b ? 1 : 0;
-            leader[b] = a;
+            count -= pieces.find(t[0]) != pieces.find(other) ? 1 : 0;
+            pieces.unite(t[0], other);
         }
     }
     return count;

@@ -64,8 +64,15 @@ SurfaceRoad roadFor(const TriangleMesh& body, const GMSHRunner::Attempt& attempt
     return surfaceRoad(body.positions().span(), field.lcMin, field.lcMax);
 }
 
-std::string filledTemplate(
-    std::string text, const GMSHRunner::FarField& field, const SurfaceRoad& road) {
+/// Cells of a lower quality than this are made better where that can be done. A prepared surface
+/// has kept its awkward places, and the cells beside them want more care than the mesher's own
+/// measure.
+std::string_view optimizedBelow(const GMSHRunner::Attempt& attempt) {
+    return attempt.prepared ? "0.6" : "0.3";
+}
+
+std::string filledTemplate(std::string text, const GMSHRunner::FarField& field,
+    const SurfaceRoad& road, std::string_view leastQuality) {
     const auto fill = [&text](std::string_view placeholder, std::string_view value) {
         text = replaceAll(text, placeholder, value);
     };
@@ -82,6 +89,7 @@ std::string filledTemplate(
     number("{{LC_MIN}}", field.lcMin);
     number("{{LC_MAX}}", field.lcMax);
     fill("{{SURFACE_ROAD}}", road.scriptValue());
+    fill("{{OPTIMIZE_BELOW}}", leastQuality);
     return text;
 }
 
@@ -222,8 +230,9 @@ GMSHRunner::Output GMSHRunner::makeMesh(const TriangleMesh& solverMesh, const fs
     field.lcMin = ofBody.lcMin;
     field.lcMax = ofBody.lcMax;
     replaceModel(in / stlFilename, attempt.prepared ? *attempt.prepared : solverMesh);
-    writeTextAtomically(in / scriptFilename,
-        filledTemplate(std::move(text), field, roadFor(solverMesh, attempt, field)));
+    writeTextAtomically(
+        in / scriptFilename, filledTemplate(std::move(text), field,
+                                 roadFor(solverMesh, attempt, field), optimizedBelow(attempt)));
     if (attempt.isFurther) {
         removeFile(in / meshFilename);
     } else {

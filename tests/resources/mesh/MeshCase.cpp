@@ -93,6 +93,7 @@ MeshCase::MeshCase(const generators::Body& body, int seconds) {
     fill("{{LC_MIN}}", std::to_string(field.lcMin));
     fill("{{LC_MAX}}", std::to_string(field.lcMax));
     fill("{{SURFACE_ROAD}}", surfaceRoad(positions, field.lcMin, field.lcMax).scriptValue());
+    fill("{{OPTIMIZE_BELOW}}", "0.3");
     std::ofstream(directory_ / "mesh.geo") << script;
 
     const std::string gmsh = (fs::path(OSTRELLA_STAGE_DIR) / "libexec/ostrella/gmsh").string();

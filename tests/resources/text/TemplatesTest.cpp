@@ -59,7 +59,7 @@ std::set<std::string> sharedAnd(const std::set<std::string>& more) {
 TEST(MeshTemplate, AsksForTheBoxTheSizesTheModelAndTheRoad) {
     EXPECT_EQ(placeholdersOf("stl_external_aero.geo"),
         (std::set<std::string>{"STL_FILENAME", "XMIN", "XMAX", "YMIN", "YMAX", "ZMIN", "ZMAX",
-            "LC_MIN", "LC_MAX", "SURFACE_ROAD"}));
+            "LC_MIN", "LC_MAX", "SURFACE_ROAD", "OPTIMIZE_BELOW"}));
 }
 
 TEST(SolverTemplates, AskForWhatTheApplicationFills) {

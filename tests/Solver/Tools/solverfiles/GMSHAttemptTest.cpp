@@ -40,6 +40,14 @@ TEST_F(GMSHAttempt, keepsTheFacetsOfAPreparedSurfaceInTheBoxOfTheBody) {
     EXPECT_EQ(package.lines()[1], "info: Body extent (solver frame, Z up): 1.00 × 2.00 × 0.50 m");
 }
 
+TEST_F(GMSHAttempt, asksForBetterCellsAroundAPreparedSurface) {
+    package.setTemplate("{{OPTIMIZE_BELOW}}\n");
+    package.makeMesh(body, {}, {});
+    EXPECT_EQ(script(), "0.3\n") << "the mesher's own measure";
+    package.makeMesh(body, {}, {.prepared = wrap});
+    EXPECT_EQ(script(), "0.6\n");
+}
+
 TEST_F(GMSHAttempt, growsTheCellsToTheSizeThatThePreparedFacetsWereMadeFor) {
     package.makeMesh(body, {}, {.prepared = wrap, .facetEdge = 1.5F});
     EXPECT_EQ(script(), "-5.000000 16.000000 -5.000000 0.100000 2.000000 1.5\n");

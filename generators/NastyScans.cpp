@@ -61,7 +61,7 @@ Body scanWithSpecks() {
 /// Ragged openings where the scanner did not reach, and none of the underside.
 Body scanWithGaps() {
     Random random(4);
-    Body body = withNoise(lump(14), 0.012, random);
+    Body body = withNoise(lump(14), 0.006, random);
     for (int i = 0; i < 9; ++i) {
         const glm::dvec3 middle = body.vertices[random.under(body.vertices.size())];
         const double reach = random.within(0.06, 0.25);
@@ -73,7 +73,7 @@ Body scanWithGaps() {
 /// Two scans of one thing laid over one another, not quite in the same place.
 Body twoScans() {
     Random random(5);
-    const Body whole = lump(20);
+    const Body whole = lump(14);
     Body body =
         without(withNoise(whole, 0.006, random), [](const glm::dvec3& p) { return p.x > 0.25; });
     body.append(without(withNoise(whole.translated({0.004, 0.006, 0}), 0.006, random),

@@ -102,22 +102,11 @@ public:
     /// Calls visit(place) with the place in order() of each box that meets `box`.
     template <class Visit>
     void forEachMeeting(const FloatBox& box, Visit&& visit) const {
-        if (empty())
-            return;
-        std::array<Step, mostSteps> steps;
-        std::size_t count = 0;
-        steps[count++] = root();
-        while (count != 0) {
-            const Step step = steps[--count];
-            for (unsigned hits = at(step).meeting(box); hits != 0; hits &= hits - 1) {
-                const auto child = static_cast<std::uint32_t>(step.node * width) +
-                                   static_cast<std::uint32_t>(std::countr_zero(hits));
-                if (step.level == 0)
-                    visit(child);
-                else
-                    steps[count++] = {child, step.level - 1};
-            }
-        }
+        forEachLeafMeeting(box, 0, [&](std::uint32_t leaf) {
+            for (unsigned hits = at({leaf, 0}).meeting(box); hits != 0; hits &= hits - 1)
+                visit(childOf(leaf, hits));
+            return true;
+        });
     }
 
     /// Calls visit(leaf) with each node of level 0, from number `first` on, of which a box meets
@@ -137,8 +126,7 @@ public:
                 continue;
             }
             for (unsigned hits = at(step).meeting(box); hits != 0; hits &= hits - 1) {
-                const auto child = static_cast<std::uint32_t>(step.node * width) +
-                                   static_cast<std::uint32_t>(std::countr_zero(hits));
+                const std::uint32_t child = childOf(step.node, hits);
                 // The last leaf below the child decides whether any is wanted.
                 const std::uint64_t end = (std::uint64_t{child} + 1) << (3 * (step.level - 1));
                 if (end > first)
@@ -148,6 +136,12 @@ public:
     }
 
 private:
+    /// The number, on the level below, of the first child that `hits` tells.
+    static std::uint32_t childOf(std::uint32_t node, unsigned hits) {
+        return static_cast<std::uint32_t>(node * width) +
+               static_cast<std::uint32_t>(std::countr_zero(hits));
+    }
+
     LargeBuffer<std::uint32_t> order_;
     LargeBuffer<Node> nodes_;
     std::vector<std::size_t> levels_; ///< where each level's nodes start

@@ -1,6 +1,7 @@
 #include "Solver/Surface/Coarsening.h"
 
 #include "Solver/Surface/Deviation.h"
+#include "Solver/Surface/SurfaceChecks.h"
 #include "Solver/Surface/TriangleShape.h"
 
 #include <gtest/gtest.h>
@@ -8,7 +9,6 @@
 #include <algorithm>
 #include <cmath>
 #include <map>
-#include <numeric>
 #include <utility>
 #include <vector>
 
@@ -85,12 +85,6 @@ double worstQuality(const IndexedSurface& surface) {
 
 constexpr EmbeddedMesh::Clearance clearance{.distance = 1e-3, .angleCosine = 0.999};
 
-bool hasContacts(EmbeddedMesh& mesh) {
-    std::vector<std::uint32_t> all(mesh.triangleCount());
-    std::iota(all.begin(), all.end(), 0U);
-    return !mesh.contacts(all).empty();
-}
-
 TEST(Coarsening, ABoxKeepsItsShapeToTheLastCorner) {
     const IndexedSurface fine = fineBox(20, 12, 8, [](const DVec3& p) { return p; });
     EmbeddedMesh mesh(fine, 3, clearance);
@@ -111,7 +105,7 @@ TEST(Coarsening, ABoxKeepsItsShapeToTheLastCorner) {
     EXPECT_GE(edgeLengths(coarse).shortest, 2.0);
     EXPECT_LE(edgeLengths(coarse).longest, 8.0);
     EXPECT_GT(worstQuality(coarse), 0.3);
-    EXPECT_FALSE(hasContacts(mesh));
+    EXPECT_FALSE(test::hasContacts(mesh));
 }
 
 TEST(Coarsening, ACurvedSurfaceStaysWithinTheTolerance) {
@@ -136,7 +130,7 @@ TEST(Coarsening, AThinPlateNeverClosesOnItself) {
     const IndexedSurface fine =
         fineBox(24, 24, 1, [](const DVec3& p) { return DVec3(p.x, p.y, p.z * 0.02); });
     EmbeddedMesh mesh(fine, 3, {.distance = 1e-4, .angleCosine = 0.99999});
-    ASSERT_FALSE(hasContacts(mesh));
+    ASSERT_FALSE(test::hasContacts(mesh));
     const TriangleTree tree(fine);
     const std::vector<double> lifts(fine.vertices.size(), 0.0);
     // The tolerance is ten times the plate's thickness.
@@ -146,7 +140,7 @@ TEST(Coarsening, AThinPlateNeverClosesOnItself) {
     coarsening.flip({});
     coarsening.relax({});
     coarsening.collapseLoosely(2, 0.2, {});
-    EXPECT_FALSE(hasContacts(mesh));
+    EXPECT_FALSE(test::hasContacts(mesh));
     const IndexedSurface coarse = mesh.surface();
     EXPECT_LT(coarse.triangles.size(), 400U);
     EXPECT_GT(signedVolume(coarse), 0);

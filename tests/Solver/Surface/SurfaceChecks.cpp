@@ -138,4 +138,10 @@ std::pair<DVec3, DVec3> box(const IndexedSurface& surface) {
     return {low, high};
 }
 
+bool hasContacts(EmbeddedMesh& mesh) {
+    std::vector<std::uint32_t> all(mesh.triangleCount());
+    std::iota(all.begin(), all.end(), 0U);
+    return !mesh.contacts(all).empty();
+}
+
 } // namespace ostrella::test

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Models/TriangleMesh.h"
+#include "Solver/Surface/EmbeddedMesh.h"
 #include "Solver/Surface/IndexedSurface.h"
 
 #include <string>
@@ -27,6 +28,9 @@ int eulerCharacteristic(const IndexedSurface& surface);
 double windingNumber(const IndexedSurface& surface, const DVec3& point);
 
 double area(const IndexedSurface& surface);
+
+/// Whether any two triangles are in contact, as the mesh sees it.
+bool hasContacts(EmbeddedMesh& mesh);
 
 /// Least and greatest coordinates.
 std::pair<DVec3, DVec3> box(const IndexedSurface& surface);

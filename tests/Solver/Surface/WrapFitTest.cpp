@@ -3,6 +3,7 @@
 #include "Solver/Surface/Deviation.h"
 #include "Solver/Surface/WrapLattice.h"
 #include "SurfaceBodies.h"
+#include "SurfaceChecks.h"
 
 #include <gtest/gtest.h>
 
@@ -11,7 +12,6 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
-#include <numeric>
 #include <vector>
 
 namespace ostrella {
@@ -56,12 +56,6 @@ struct Fitted {
     WrapTargets targets;
 };
 
-bool hasContacts(EmbeddedMesh& mesh) {
-    std::vector<std::uint32_t> all(mesh.triangleCount());
-    std::iota(all.begin(), all.end(), 0U);
-    return !mesh.contacts(all).empty();
-}
-
 EmbeddedMesh meshOf(const Fitted& fitted) {
     return {fitted.wrap, 3 * spacing, {.distance = 1e-4, .angleCosine = 0.9994}};
 }
@@ -75,9 +69,9 @@ TEST(WrapFit, AWrapIsPulledOntoABox) {
     }
     EXPECT_EQ(std::ranges::count(fitted.targets.isOnSheet, 1), 0);
     EmbeddedMesh mesh = meshOf(fitted);
-    ASSERT_FALSE(hasContacts(mesh));
+    ASSERT_FALSE(test::hasContacts(mesh));
     pullIn(mesh, fitted.targets, {});
-    EXPECT_FALSE(hasContacts(mesh));
+    EXPECT_FALSE(test::hasContacts(mesh));
     EXPECT_NEAR(signedVolume(mesh.surface()), 8, 0.1);
 }
 
@@ -91,7 +85,7 @@ TEST(WrapFit, ConcaveEdgesAreMet) {
     const TriangleTree result(mesh.surface());
     // Without meeting it, a bevel of 0.7 times the offset would remain.
     EXPECT_LT(result.nearest({1, 0.5, 1})->distance, 0.4 * offset);
-    EXPECT_FALSE(hasContacts(mesh));
+    EXPECT_FALSE(test::hasContacts(mesh));
 }
 
 TEST(WrapFit, BothSidesOfASheetLieHalfItsThicknessOff) {
@@ -126,9 +120,9 @@ TEST(WrapFit, WhereThereIsNoRoomTheWrapLetsGo) {
         test::unshared(test::Facets().box({0, 0, 0}, {2, 2, 2e-5F}).mesh());
     const Fitted fitted(plate, false, 0);
     EmbeddedMesh mesh(fitted.wrap, 3 * spacing, {.distance = 0.02, .angleCosine = 0.9994});
-    ASSERT_FALSE(hasContacts(mesh));
+    ASSERT_FALSE(test::hasContacts(mesh));
     pullIn(mesh, fitted.targets, {});
-    EXPECT_FALSE(hasContacts(mesh));
+    EXPECT_FALSE(test::hasContacts(mesh));
     EXPECT_GT(signedVolume(mesh.surface()), 4 * 0.02);
     EXPECT_LT(signedVolume(mesh.surface()), 4 * 2 * 0.2);
 }

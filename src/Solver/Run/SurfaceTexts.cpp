@@ -9,6 +9,9 @@ namespace ostrella::SurfaceTexts {
 
 namespace {
 
+/// Facets facing up may exceed the prepared surface's by this much before they are worth a word.
+constexpr double hiddenShare = 1.05;
+
 std::string counted(std::int64_t count, std::string_view one, std::string_view more) {
     return fmt::format("{} {}", LogStore::grouped(count), count == 1 ? one : more);
 }
@@ -105,6 +108,13 @@ std::optional<Line> planformTrust(const SurfaceFitness& fitness, const Planform&
         }
         text += " · coefficients are as uncertain as these differ";
         return Line(text, LogStore::Level::warn);
+    }
+    // Shells inside of others and parts of shells that others cover face up as well.
+    if (planform.prepared && planform.up > hiddenShare * *planform.prepared) {
+        return Line(fmt::format("Reference area counts hidden facets too · {:.4f} m² face up, the "
+                                "prepared surface has {:.4f} m²",
+                        planform.up, *planform.prepared),
+            LogStore::Level::warn);
     }
     if (fitness.insideOutShells.count > 0) {
         return Line("Reference area of a model that is inside out · measured on its underside, "

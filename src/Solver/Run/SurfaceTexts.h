@@ -49,7 +49,8 @@ struct Planform {
     std::optional<double> prepared;
 };
 
-/// How far the planform of a model can be trusted; nothing for one that is closed and outward.
+/// How far the planform of a model can be trusted; nothing for one that is closed and outward and
+/// hides no facets.
 std::optional<Line> planformTrust(const SurfaceFitness& fitness, const Planform& planform);
 
 } // namespace SurfaceTexts

@@ -44,6 +44,11 @@ public:
     /// room now.
     void settle(const CancellationToken& token);
 
+    /// Moves vertices out where the shape bulges between them and in where it is hollow, by the
+    /// mean height of their samples above the facets, so that the surface encloses as much as the
+    /// shape.
+    void balance(const CancellationToken& token);
+
     /// Wires as thin as `leastEdge` or so end as tubes of three sides, whose short edges no
     /// collapse can take away: gives those the cross-section of an even triangle, about that large.
     void roundWires(double leastEdge, const CancellationToken& token);
@@ -76,6 +81,8 @@ private:
     /// Takes the triangles around a vertex into `sides_`; gives the worst quality among them.
     double gatherSides(std::uint32_t vertex);
     /// Moves a vertex, whose sides are gathered, if the triangles around it stay as good.
+    /// Mean height of a vertex' samples above the nearest of its sides, which are gathered.
+    double meanHeight(std::uint32_t vertex) const;
     bool moveEvenly(std::uint32_t vertex, const DVec3& place, double qualityBefore);
     bool collapseAt(std::uint32_t edge);
     bool collapseTo(std::uint32_t edge, const DVec3& position, double qualityBefore);

@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 namespace ostrella {
 
@@ -17,6 +18,8 @@ namespace {
 constexpr double slideStiffness = 0.002;
 /// Triangles better than this may become worse in a move that makes others better.
 constexpr double goodQuality = 0.7;
+/// Cosine of the angle up to which facets around a vertex count as one smooth surface.
+constexpr double smoothCosine = 0.6;
 /// Steps between two looks at the token.
 constexpr std::uint32_t stepsBetweenLooks = 256;
 
@@ -63,6 +66,63 @@ void Coarsening::settle(const CancellationToken& token) {
                 lifts_[vertex] = nearest->distance * (1 - step);
                 break;
             }
+        }
+    }
+}
+
+double Coarsening::meanHeight(std::uint32_t vertex) const {
+    const DVec3& apex = mesh_.position(vertex);
+    double sum = 0;
+    double count = 0;
+    for (std::uint32_t sample = firstSample_[vertex]; sample != EmbeddedMesh::none;
+         sample = nextSample_[sample]) {
+        double least = std::numeric_limits<double>::infinity();
+        double height = 0; // 0 beside a side, where it would say nothing
+        for (const Side& side : sides_) {
+            const double squared =
+                TriangleShape::squaredDistance(samples_[sample], apex, side.a, side.b);
+            const DVec3 normal = glm::cross(side.a - apex, side.b - apex);
+            const double length = glm::length(normal);
+            if (squared < least && length > 0) {
+                least = squared;
+                const double above = glm::dot(normal, samples_[sample] - apex) / length;
+                height = above * above > 0.99 * squared ? above : 0;
+            }
+        }
+        sum += height;
+        count += 1;
+    }
+    return count > 0 ? sum / count : 0;
+}
+
+void Coarsening::balance(const CancellationToken& token) {
+    for (std::uint32_t vertex = 0; vertex < mesh_.vertexCount(); ++vertex) {
+        if (vertex % stepsBetweenLooks == 0) {
+            token.throwIfCancelled();
+        }
+        if (!mesh_.isVertex(vertex)) {
+            continue;
+        }
+        const double quality = gatherSides(vertex);
+        const DVec3 old = mesh_.position(vertex);
+        DVec3 normal(0);
+        for (const Side& side : sides_) {
+            normal += glm::cross(side.a - old, side.b - old);
+        }
+        const double length = glm::length(normal);
+        // At and beside a sharp edge, heights tell of the edge and not of a bulge.
+        bool isSmooth = length > 0;
+        const auto look = [&](const Corners& corners) {
+            const DVec3 own = glm::cross(corners[1] - corners[0], corners[2] - corners[0]);
+            isSmooth = isSmooth && glm::dot(own, normal) > smoothCosine * glm::length(own) * length;
+        };
+        mesh_.visitRing(vertex, [&](std::uint32_t spoke) {
+            look(mesh_.cornersOf(spoke / 3));
+            look(mesh_.cornersOf(mesh_.twin(EmbeddedMesh::next(spoke)) / 3));
+        });
+        const double height = std::clamp(meanHeight(vertex), -goal_.tolerance, goal_.tolerance);
+        if (isSmooth) {
+            moveEvenly(vertex, old + normal * (height / length), quality);
         }
     }
 }

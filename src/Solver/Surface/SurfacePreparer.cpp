@@ -280,6 +280,7 @@ PreparedSurface prepareSurface(
         coarsening.flip(token);
         coarsening.relax(token);
     }
+    coarsening.balance(token);
     // What one triangle of a wire has no room for yet, it has when its neighbours have grown.
     for (int round = 0; round < wireRounds; ++round) {
         coarsening.roundWires(thinnestWire * edge, token);

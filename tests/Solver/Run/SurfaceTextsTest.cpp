@@ -113,6 +113,16 @@ TEST(SurfaceTexts, TellHowFarThePlanformOfAnOpenModelIsInDoubt) {
                             "6.0000 m² face up and 2.0000 m² down"));
 }
 
+TEST(SurfaceTexts, TellThatHiddenFacetsCountInThePlanform) {
+    const SurfaceFitness fitness;
+    EXPECT_THAT(SurfaceTexts::planformTrust(fitness, {1.5, 1.5, 1.25}),
+        Optional(Eq(SurfaceTexts::Line("Reference area counts hidden facets too · 1.5000 m² face "
+                                       "up, the prepared surface has 1.2500 m²",
+            Level::warn))));
+    EXPECT_EQ(SurfaceTexts::planformTrust(fitness, {1.29, 1.29, 1.25}), std::nullopt);
+    EXPECT_EQ(SurfaceTexts::planformTrust(fitness, {1.5, 1.5, {}}), std::nullopt);
+}
+
 TEST(SurfaceTexts, TellThatThePlanformOfAModelInsideOutIsThatOfItsUnderside) {
     SurfaceFitness fitness;
     fitness.insideOutShells.count = 1;

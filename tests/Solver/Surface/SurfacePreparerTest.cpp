@@ -91,6 +91,29 @@ TEST(PrepareSurface, ABoxKeepsItsEdgesAndCorners) {
     EXPECT_LT(hausdorff(model, prepared.mesh, 0.02), 0.01);
 }
 
+TEST(PrepareSurface, ARingOfFewFacetsAroundKeepsItsVolume) {
+    // A tube of radius 0.25 m about a circle of 1 m; facets of half its radius would cut off much.
+    constexpr int along = 120;
+    constexpr int around = 32;
+    const auto at = [](int i, int j) {
+        const double a = 2 * pi * i / along;
+        const double b = 2 * pi * j / around;
+        const double out = 1 + 0.25 * std::cos(b);
+        return Vec3(DVec3(out * std::cos(a), out * std::sin(a), 0.25 * std::sin(b)));
+    };
+    Facets facets;
+    for (int i = 0; i < along; ++i) {
+        for (int j = 0; j < around; ++j) {
+            facets.quad(at(i, j), at(i + 1, j), at(i + 1, j + 1), at(i, j + 1));
+        }
+    }
+    const TriangleMesh model = facets.mesh();
+    const PreparedSurface prepared = prepareSurface(model, 0.125F);
+    expectFit(prepared);
+    EXPECT_NEAR(volumeOf(prepared.mesh), volumeOf(model), 0.005 * volumeOf(model));
+    EXPECT_LT(hausdorff(model, prepared.mesh, 0.02), 0.15 * 0.125);
+}
+
 TEST(PrepareSurface, BoxesThroughEachOtherBecomeOne) {
     const TriangleMesh model =
         Facets().box({0, 0, 0}, {2, 1, 1}).box({0.5F, 0.25F, -0.5F}, {1, 0.75F, 1.5F}).mesh();

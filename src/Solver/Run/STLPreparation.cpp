@@ -38,9 +38,6 @@ std::string renderConfiguration(const std::string& configTemplate, const Simulat
 
 /// How far the reference area is to be trusted, where that is in doubt.
 void tellTrust(const MeshedModel& meshed, const TriangleMesh& body, const RunLog& log) {
-    if (!meshed.fitness) {
-        return;
-    }
     const Vec3 up(0, 0, 1);
     SurfaceTexts::Planform planform;
     planform.up = projectedArea(body, up);
@@ -48,7 +45,8 @@ void tellTrust(const MeshedModel& meshed, const TriangleMesh& body, const RunLog
     if (meshed.prepared) {
         planform.prepared = projectedArea(*meshed.prepared, up);
     }
-    if (auto line = SurfaceTexts::planformTrust(*meshed.fitness, planform)) {
+    if (auto line =
+            SurfaceTexts::planformTrust(meshed.fitness.value_or(SurfaceFitness()), planform)) {
         log.append(std::move(line->first), line->second);
     }
 }

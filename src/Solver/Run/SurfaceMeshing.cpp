@@ -142,7 +142,7 @@ GMSHRunner::Output SurfaceMeshing::meshAsItIs(std::optional<double> timeLimit) {
         body_, setting_.directory, setting_.log, setting_.token, {.timeLimit = timeLimit}));
 }
 
-GMSHRunner::Output SurfaceMeshing::meshPrepared(bool isFurther, std::optional<double> timeLimit) {
+GMSHRunner::Output SurfaceMeshing::meshPrepared(bool isFurther, double timeLimit) {
     report(prepared_->mesh, prepared_->facts);
     return measured(mesher_.makeMesh(body_, setting_.directory, setting_.log, setting_.token,
         {.prepared = SolverFrame::toSolver(prepared_->mesh),
@@ -174,8 +174,12 @@ GMSHRunner::Output SurfaceMeshing::betterThan(const GMSHRunner::Output& asItIs) 
                 aside.drop();
                 return second;
             }
-        } catch (const GMSHError& error) {
-            setting_.log.warn(SurfaceTexts::noMeshPrepared(error.what()));
+        } catch (const CancellationError&) {
+            throw;
+        } catch (const std::exception&) {
+            // Whatever it was, a full disk too: there is a mesh.
+            setting_.log.warn(SurfaceTexts::noMeshPrepared(
+                HarvestTexts::reason(std::current_exception(), "meshing the prepared surface")));
         }
         aside.putBack();
     }
@@ -191,10 +195,14 @@ void SurfaceMeshing::prepare() {
     const Date start = setting_.environment.clock->now();
     const auto field = GMSHRunner::farField(body_.boundingMin(), body_.boundingMax());
     facetEdge_ = preparedFacetEdge(fitness_, field);
+    const TimeLimit limit(setting_.token, longestPreparing, *setting_.environment.timers);
     try {
-        prepared_ = prepareSurface(model_, facetEdge_, setting_.token);
+        prepared_ = prepareSurface(model_, facetEdge_, limit.token());
     } catch (const CancellationError&) {
-        throw;
+        if (!limit.isOver()) {
+            throw;
+        }
+        throw PreparationError(SurfaceTexts::notPreparedWithin(longestPreparing));
     } catch (const std::exception&) {
         throw PreparationError(
             HarvestTexts::reason(std::current_exception(), "preparing the surface"));

@@ -39,6 +39,11 @@ public:
     /// the judging of a large model, the mesher's end by force, the preparation and the mesh of
     /// what came of it stay within a minute on two cores.
     static constexpr double longestAttempt = 25;
+    /// Seconds that preparing a surface may take, and the mesh around a prepared one where nothing
+    /// else is left to try: far more than any body needs, so that nothing is waited for without
+    /// end.
+    static constexpr double longestPreparing = 60;
+    static constexpr double longestLastAttempt = 180;
 
     /// Where a run takes place and whom it tells; all of it must outlive the meshing.
     struct Setting {
@@ -66,7 +71,7 @@ private:
     GMSHRunner::Output meshAutomatically();
     GMSHRunner::Output meshAsItIs(std::optional<double> timeLimit);
     GMSHRunner::Output betterThan(const GMSHRunner::Output& asItIs);
-    GMSHRunner::Output meshPrepared(bool isFurther, std::optional<double> timeLimit = std::nullopt);
+    GMSHRunner::Output meshPrepared(bool isFurther, double timeLimit = longestLastAttempt);
     GMSHRunner::Output measured(GMSHRunner::Output mesh);
     void prepare();
     bool tryToPrepare();

@@ -50,7 +50,7 @@ Line prepared(const SurfacePreparation& facts) {
         counted(facts.facets, "facet", "facets"), length(facts.deviation));
     if (facts.shellsRemoved > 0) {
         text += fmt::format(
-            " · {} removed", counted(facts.shellsRemoved, "inner shell", "inner shells"));
+            " · {} left out", counted(facts.shellsRemoved, "hidden shell", "hidden shells"));
     }
     if (facts.openingsClosed > 0) {
         text += fmt::format(" · {} closed", counted(facts.openingsClosed, "opening", "openings"));
@@ -61,6 +61,12 @@ Line prepared(const SurfacePreparation& facts) {
     }
     const bool changed = facts.openingsClosed > 0 || facts.sheetsThickened > 0;
     return {text, changed ? LogStore::Level::warn : LogStore::Level::info};
+}
+
+std::string notPreparedWithin(double seconds) {
+    return fmt::format(
+        "Preparing the surface takes longer than {:.0f} s. Simplify the model and load it again.",
+        seconds);
 }
 
 std::string notPrepared(std::string_view sentence) {

@@ -24,6 +24,8 @@ std::string length(double metres);
 /// What a preparation did; a warning if it closed openings or gave sheets a thickness.
 Line prepared(const SurfacePreparation& facts);
 
+/// The sentence for a surface that could not be prepared in so many seconds.
+std::string notPreparedWithin(double seconds);
 /// Why there is no prepared surface: the sentence of that failure.
 std::string notPrepared(std::string_view sentence);
 

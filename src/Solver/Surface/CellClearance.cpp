@@ -25,11 +25,14 @@ struct Block {
 
 class ClearanceMarker {
 public:
-    ClearanceMarker(CellLattice& lattice, const TriangleTree& surface, double offset)
-        : lattice_(lattice), surface_(surface), offset_(offset) {}
+    ClearanceMarker(CellLattice& lattice, const TriangleTree& surface, double offset,
+        const CancellationToken& token)
+        : lattice_(lattice), surface_(surface), offset_(offset), token_(token) {}
 
     /// `near` is a point of the surface that may be near, from a larger block around this one.
     void mark(const Block& block, const std::optional<DVec3>& near) {
+        // Among thousands of large facets a single search takes long.
+        token_.throwIfCancelled();
         const Index last{block.end[0] - 1, block.end[1] - 1, block.end[2] - 1};
         const DVec3 low = lattice_.middle(block.first);
         const DVec3 high = lattice_.middle(last);
@@ -85,6 +88,7 @@ private:
     CellLattice& lattice_;
     const TriangleTree& surface_;
     double offset_;
+    const CancellationToken& token_;
 };
 
 } // namespace
@@ -97,7 +101,7 @@ void markClearance(CellLattice& lattice, const TriangleTree& surface, double off
         roots[axis] = (lattice.counts[axis] + rootEdge - 1) / rootEdge;
     const std::int64_t rootCount = roots[0] * roots[1] * roots[2];
 
-    ClearanceMarker marker(lattice, surface, offset);
+    ClearanceMarker marker(lattice, surface, offset, token);
     std::atomic<std::int64_t> next = 0;
     // Each thread takes the next block that is left: blocks differ much in work. No two blocks
     // share a cell.

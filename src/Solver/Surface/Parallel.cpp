@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <atomic>
+#include <exception>
+#include <system_error>
 #include <thread>
 #include <vector>
 
@@ -18,13 +20,21 @@ constexpr unsigned mostThreads = 8;
 void inParallel(std::size_t count, const CancellationToken& token,
     const std::function<void(std::size_t begin, std::size_t end)>& work) {
     std::atomic<std::size_t> taken = 0;
+    std::atomic<bool> hasFailed = false;
+    std::exception_ptr failure;
     const auto loop = [&] {
-        while (!token.isCancelled()) {
-            const std::size_t begin = taken.fetch_add(blockSize);
-            if (begin >= count) {
-                return;
+        try {
+            while (!token.isCancelled() && !hasFailed) {
+                const std::size_t begin = taken.fetch_add(blockSize);
+                if (begin >= count) {
+                    return;
+                }
+                work(begin, std::min(count, begin + blockSize));
             }
-            work(begin, std::min(count, begin + blockSize));
+        } catch (...) {
+            if (!hasFailed.exchange(true)) {
+                failure = std::current_exception();
+            }
         }
     };
     const std::size_t blocks = (count + blockSize - 1) / blockSize;
@@ -32,10 +42,17 @@ void inParallel(std::size_t count, const CancellationToken& token,
         blocks, std::clamp(std::thread::hardware_concurrency(), 1U, mostThreads));
     std::vector<std::jthread> helpers;
     for (std::size_t i = 1; i < threads; ++i) {
-        helpers.emplace_back(loop);
+        try {
+            helpers.emplace_back(loop);
+        } catch (const std::system_error&) {
+            break; // no more threads: those that there are do it all
+        }
     }
     loop();
     helpers.clear();
+    if (failure) {
+        std::rethrow_exception(failure);
+    }
     token.throwIfCancelled();
 }
 

@@ -68,7 +68,7 @@ struct Soup {
     IndexedSurface surface;
 };
 
-Soup soupOf(const TriangleMesh& model) {
+Soup soupOf(const TriangleMesh& model, const CancellationToken& token) {
     Soup soup;
     const DVec3 low(model.boundingMin());
     const DVec3 high(model.boundingMax());
@@ -84,7 +84,9 @@ Soup soupOf(const TriangleMesh& model) {
                 placeText(Vec3(soup.middle), static_cast<float>(soup.unit))));
     }
     soup.half = (high - low) * (0.5 / soup.unit);
+    token.throwIfCancelled();
     const WeldedMesh shared = welded(model);
+    token.throwIfCancelled();
     for (const Vec3& position : shared.positions) {
         soup.surface.vertices.push_back((DVec3(position) - soup.middle) / soup.unit);
     }
@@ -100,8 +102,10 @@ Soup soupOf(const TriangleMesh& model) {
             facets.push_back({corners, i / 3});
         }
     }
+    token.throwIfCancelled();
     std::ranges::sort(
         facets, {}, [](const Facet& facet) { return std::pair(facet.sorted, facet.number); });
+    token.throwIfCancelled();
     const auto rest =
         std::ranges::unique(facets, {}, [](const Facet& facet) { return facet.sorted; });
     facets.erase(rest.begin(), rest.end());
@@ -222,7 +226,7 @@ PreparationError::PreparationError(std::string text) : text_(std::move(text)) {}
 PreparedSurface prepareSurface(
     const TriangleMesh& model, float facetEdge, const CancellationToken& token) {
     precondition(facetEdge > 0, "facets have a size");
-    Soup soup = soupOf(model);
+    Soup soup = soupOf(model, token);
     const auto hasArea = [](const DVec3& normal) { return normal != DVec3(0); };
     std::vector<DVec3> normals = unitNormals(soup.surface);
     if (std::ranges::none_of(normals, hasArea)) {
@@ -248,7 +252,7 @@ PreparedSurface prepareSurface(
     normals = unitNormals(soup.surface);
     token.throwIfCancelled();
 
-    const TriangleTree tree(soup.surface);
+    const TriangleTree tree(soup.surface, token);
     const FittedWrap laid = wrapOf(tree, soup.half, wantedEdge, token);
     const double edge = laid.edge;
     const double spacing = laid.spacing;

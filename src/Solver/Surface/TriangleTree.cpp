@@ -83,7 +83,7 @@ DVec3 nearestOnTriangle(const DVec3& point, const std::array<DVec3, 3>& corners)
     return best;
 }
 
-TriangleTree::TriangleTree(const IndexedSurface& surface) {
+TriangleTree::TriangleTree(const IndexedSurface& surface, const CancellationToken& token) {
     const auto& vertices = surface.vertices;
     const auto& triangles = surface.triangles;
     if (triangles.empty())
@@ -108,7 +108,7 @@ TriangleTree::TriangleTree(const IndexedSurface& surface) {
                 boxes[i] = frame_.outward(glm::min(glm::min(a, b), c), glm::max(glm::max(a, b), c));
             }
         });
-        tree_ = BoxTree({boxes.data(), boxes.size()});
+        tree_ = BoxTree({boxes.data(), boxes.size()}, token);
     }
     corners_ = LargeBuffer<std::array<DVec3, 3>>(triangles.size());
     const auto order = tree_.order();

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Models/Cancellation.h"
 #include "Models/LargeBuffer.h"
 #include "Solver/Surface/BoxTree.h"
 #include "Solver/Surface/IndexedSurface.h"
@@ -24,7 +25,8 @@ public:
     };
 
     /// At most 2³¹ triangles; their vertices are finite.
-    explicit TriangleTree(const IndexedSurface& surface);
+    /// Throws CancellationError.
+    explicit TriangleTree(const IndexedSurface& surface, const CancellationToken& token = {});
 
     /// The nearest point of any triangle, if one is nearer than `within`. Triangles that collapse
     /// to a line or a point count as that. Of triangles equally near it is the one of the least

@@ -67,11 +67,11 @@ TEST(SurfaceTexts, TellOfInnerShellsWithoutAWarning) {
     facts.shellsRemoved = 1;
     EXPECT_EQ(SurfaceTexts::prepared(facts),
         SurfaceTexts::Line("Surface prepared for meshing · 1 facet · within 0 mm of the model · 1 "
-                           "inner shell removed",
+                           "hidden shell left out",
             Level::info));
     facts.shellsRemoved = 1200;
     EXPECT_THAT(
-        SurfaceTexts::prepared(facts).first, testing::EndsWith(" · 1 200 inner shells removed"));
+        SurfaceTexts::prepared(facts).first, testing::EndsWith(" · 1 200 hidden shells left out"));
 }
 
 TEST(SurfaceTexts, TellWhatCouldNotBeDone) {

@@ -38,6 +38,7 @@ Json preparationOf(const SurfacePreparation& facts) {
     Json json;
     json["facets"] = facts.facets;
     json["bodies"] = facts.bodies;
+    json["smallBodies"] = facts.smallBodies;
     json["deviation_m"] = facts.deviation;
     json["openingsClosed"] = facts.openingsClosed;
     json["sheetsThickened"] = facts.sheetsThickened;

@@ -58,6 +58,7 @@ TEST(SurfaceJSON, TellsWhatThePreparationDid) {
     SurfacePreparation facts;
     facts.facets = 12345;
     facts.bodies = 2;
+    facts.smallBodies = 1;
     facts.deviation = 0.0625;
     facts.openingsClosed = 3;
     facts.sheetsThickened = 4;
@@ -73,7 +74,7 @@ TEST(SurfaceJSON, TellsWhatThePreparationDid) {
     report.options.surface = SurfaceChoice::prepared;
     EXPECT_EQ(surfaceOf(report), Json::parse(R"({"choice": "prepared", "road": "prepared",
         "fitness": null,
-        "preparation": {"facets": 12345, "bodies": 2, "deviation_m": 0.0625, "openingsClosed": 3,
+        "preparation": {"facets": 12345, "bodies": 2, "smallBodies": 1, "deviation_m": 0.0625, "openingsClosed": 3,
             "sheetsThickened": 4, "shellsRemoved": 5, "gapWidth_m": 0.125,
             "sheetThickness_m": 0.25, "shortestEdge_m": 0.5, "medianEdge_m": 1.0,
             "longestEdge_m": 2.0},

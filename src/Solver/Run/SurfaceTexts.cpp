@@ -59,7 +59,12 @@ Line prepared(const SurfacePreparation& facts) {
         text += fmt::format(" · {} thickened to {}",
             counted(facts.sheetsThickened, "sheet", "sheets"), length(facts.sheetThickness));
     }
-    const bool changed = facts.openingsClosed > 0 || facts.sheetsThickened > 0;
+    if (facts.smallBodies > 0) {
+        text += fmt::format(
+            " · {} too small for the facets", counted(facts.smallBodies, "body", "bodies"));
+    }
+    const bool changed =
+        facts.openingsClosed > 0 || facts.sheetsThickened > 0 || facts.smallBodies > 0;
     return {text, changed ? LogStore::Level::warn : LogStore::Level::info};
 }
 

@@ -56,6 +56,8 @@ constexpr int eveningRounds = 4;
 /// Edges shorter than these are taken together with a larger tolerance.
 constexpr std::array smallDetails{0.25, 0.4};
 constexpr double looseTolerance = 0.05;
+/// Bodies up to this size keep little of their shape.
+constexpr double smallBody = 2;
 constexpr double thinnestWire = 0.15;
 constexpr int wireRounds = 4;
 
@@ -164,17 +166,27 @@ void measureEdges(const IndexedSurface& surface, double unit, SurfacePreparation
     facts.longestEdge = std::ranges::max(lengths) * unit;
 }
 
-/// The number of pieces that hang together.
-std::int64_t componentCount(const IndexedSurface& surface) {
+/// Counts the pieces that hang together, and those that are no larger than `small`.
+void countBodies(const IndexedSurface& surface, double small, SurfacePreparation& facts) {
     DisjointSets pieces(surface.vertices.size());
-    auto count = static_cast<std::int64_t>(surface.vertices.size());
     for (const Triangle& t : surface.triangles) {
-        for (const std::uint32_t other : {t[1], t[2]}) {
-            count -= pieces.find(t[0]) != pieces.find(other) ? 1 : 0;
-            pieces.unite(t[0], other);
+        pieces.unite(t[0], t[1]);
+        pieces.unite(t[0], t[2]);
+    }
+    std::vector<DVec3> low = surface.vertices;
+    std::vector<DVec3> high = surface.vertices;
+    for (std::uint32_t i = 0; i < surface.vertices.size(); ++i) {
+        const std::uint32_t first = pieces.find(i);
+        low[first] = glm::min(low[first], surface.vertices[i]);
+        high[first] = glm::max(high[first], surface.vertices[i]);
+    }
+    for (std::uint32_t i = 0; i < surface.vertices.size(); ++i) {
+        if (pieces.find(i) == i) {
+            const DVec3 size = high[i] - low[i];
+            ++facts.bodies;
+            facts.smallBodies += std::max({size.x, size.y, size.z}) <= small ? 1 : 0;
         }
     }
-    return count;
 }
 
 /// A wrap around the model, and the facets that it is fine enough for.
@@ -293,7 +305,7 @@ PreparedSurface prepareSurface(
     const IndexedSurface surface = mesh.surface();
     facts.facets = static_cast<std::int64_t>(surface.triangles.size());
     facts.deviation = greatestDistance(surface, tree, edge / 8, token) * soup.unit;
-    facts.bodies = componentCount(surface);
+    countBodies(surface, smallBody * edge, facts);
     measureEdges(surface, soup.unit, facts);
     result.mesh = meshOf(surface, soup);
     return result;

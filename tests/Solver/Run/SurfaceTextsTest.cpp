@@ -72,6 +72,11 @@ TEST(SurfaceTexts, TellOfInnerShellsWithoutAWarning) {
     facts.shellsRemoved = 1200;
     EXPECT_THAT(
         SurfaceTexts::prepared(facts).first, testing::EndsWith(" · 1 200 hidden shells left out"));
+    facts = {};
+    facts.smallBodies = 2;
+    EXPECT_THAT(SurfaceTexts::prepared(facts).first,
+        testing::EndsWith(" · 2 bodies too small for the facets"));
+    EXPECT_EQ(SurfaceTexts::prepared(facts).second, Level::warn);
 }
 
 TEST(SurfaceTexts, TellWhatCouldNotBeDone) {

@@ -141,6 +141,15 @@ TEST(PrepareSurface, BodiesApartStayApart) {
     const PreparedSurface prepared = prepareSurface(model, 0.2F);
     expectFit(prepared);
     EXPECT_EQ(prepared.facts.bodies, 2);
+    EXPECT_EQ(prepared.facts.smallBodies, 0);
+}
+
+TEST(PrepareSurface, BodiesTooSmallForTheFacetsAreCounted) {
+    const TriangleMesh model = Facets().add(ball(3)).add(ball(1, {4, 0, 0}, 0.1F)).mesh();
+    const PreparedSurface prepared = prepareSurface(model, 0.3F);
+    expectFit(prepared);
+    EXPECT_EQ(prepared.facts.bodies, 2);
+    EXPECT_EQ(prepared.facts.smallBodies, 1);
 }
 
 TEST(PrepareSurface, FacetsTurnedAnyWayGiveAnOutwardSurface) {

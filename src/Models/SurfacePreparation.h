@@ -34,7 +34,8 @@ struct SurfacePreparation {
     std::int64_t shellsRemoved = 0;
     /// Bodies of the prepared surface: closed shells apart from each other.
     std::int64_t bodies = 0;
-    /// Those among them that are no larger than two of its facets, which keep little of their shape.
+    /// Those among them that are no larger than two of its facets, which keep little of their
+    /// shape.
     std::int64_t smallBodies = 0;
     /// Gaps narrower than this were closed.
     double gapWidth = 0;

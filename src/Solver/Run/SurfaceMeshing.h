@@ -60,9 +60,9 @@ public:
 
     /// Reports the surface's fitness, each surface that the mesher is given, and the quality of the
     /// mesh around it; at the end once more the surface whose mesh is kept, where that is not the
-    /// last one. Throws GMSHError,
-    /// that of the first attempt where two failed; PreparationError where the surface has no area
-    /// or is to be prepared in any case; CancellationError; or the error of a file.
+    /// last one. Throws GMSHError, that of the first attempt where two failed; PreparationError
+    /// where the surface has no area or is to be prepared in any case; CancellationError; or the
+    /// error of a file.
     MeshedModel run();
 
 private:

@@ -207,6 +207,22 @@ TEST_F(SurfaceRoads, whatTheMesherHangsOnIsPreparedAfterAll) {
     expectNoChildLeft();
 }
 
+TEST_F(SurfaceRoads, theLastAttemptIsNotWaitedOutForEverEither) {
+    package_.setMesher("echo 'Error   : first'\nif [ -e tried ]; then " +
+                       std::string(Script::hang) + "\nfi\ntouch tried\nexit 1\n");
+    app_->simulation.run();
+    waitForLine("ready");
+    EXPECT_THAT(timers_.pending(), ElementsAre(SurfaceMeshing::longestLastAttempt));
+    timers_.advance(SurfaceMeshing::longestLastAttempt + 0.1);
+    ASSERT_TRUE(waitForEnd());
+    EXPECT_EQ(
+        phase().message, "gmsh exited with code 1 and produced no usable mesh (Error   : first)");
+    EXPECT_THAT(lines(), Contains(TextLine("No mesh of the prepared surface · gmsh produced no "
+                                           "mesh within 180 s and was stopped",
+                             Level::warn)));
+    expectNoChildLeft();
+}
+
 TEST_F(SurfaceRoads, theFirstFailureCountsIfBothRoadsFail) {
     package_.setMesher(
         failingFirst("echo 'Error   : first'\nexit 1\n") + "echo 'Error   : second'\nexit 2\n");

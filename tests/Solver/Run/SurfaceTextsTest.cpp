@@ -82,6 +82,8 @@ TEST(SurfaceTexts, TellOfInnerShellsWithoutAWarning) {
 TEST(SurfaceTexts, TellWhatCouldNotBeDone) {
     EXPECT_EQ(SurfaceTexts::notPrepared("It has no surface."),
         "Surface not prepared · It has no surface.");
+    EXPECT_EQ(SurfaceTexts::notPreparedWithin(60),
+        "Preparing the surface takes longer than 60 s. Simplify the model and load it again.");
     EXPECT_EQ(SurfaceTexts::notJudged("No memory."), "Surface not judged · No memory.");
     EXPECT_EQ(
         SurfaceTexts::notJudgedWithin(10), "Surface not judged · that takes longer than 10 s");
